@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/drawing.h"
+#include "platform/geometry.h"
+
+namespace tarnwick {
+
+enum class ClickType : std::uint8_t { leftMouseUp, rightMouseUp, other };
+
+// A click on a status item of our own, delivered on release. A default one is an empty event.
+struct ClickEvent {
+  ClickType type = ClickType::other;
+  std::uint32_t modifierFlags = 0;  // ModifierFlags bits
+  std::optional<Point> location;    // where the pointer was
+};
+
+// One status item of our own in the desktop's bar. Dropping it removes it from the bar. It survives
+// the bar: when a bar comes back the item is put into it again as it was.
+class StatusItem {
+ public:
+  virtual ~StatusItem() = default;
+
+  // Takes effect at once; the bar lays out all items again.
+  virtual void setLength(double points) = 0;
+  virtual void setImage(const Drawing& image) = 0;
+  // Left and right clicks, each once, on release.
+  virtual void setOnClick(std::function<void(const ClickEvent&)> callback) = 0;
+  // Asked afresh. Absent when there is no bar or it does not tell.
+  virtual std::optional<Rect> frame() const = 0;
+};
+
+class StatusBar {
+ public:
+  virtual ~StatusBar() = default;
+
+  // Puts an item into the bar: at the place remembered under its autosave name, else left of all
+  // items already there. The user cannot remove it.
+  [[nodiscard]] virtual std::unique_ptr<StatusItem> addItem(double length,
+                                                            const std::string& autosaveName) = 0;
+};
+
+}  // namespace tarnwick
