@@ -1,0 +1,98 @@
+#include "panel/panel_controller.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "panel/panel_view.h"
+
+namespace tarnwick {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double screenMargin = 8;  // points between the panel and the screen's sides
+constexpr double anchorGap = 4;     // points below the handle
+constexpr auto pictureRefreshDelay = 2s;
+
+}  // namespace
+
+PanelController::PanelController(Desktop& desktop, std::weak_ptr<PanelOwner> owner,
+                                 Preferences preferences,
+                                 std::shared_ptr<StatusIconCapturer> capturer)
+    : desktop_(desktop),
+      owner_(std::move(owner)),
+      preferences_(preferences),
+      capturer_(std::move(capturer)) {}
+
+void PanelController::show(std::optional<Rect> below) {
+  if (below) lastAnchorFrame_ = below;
+  applyContent();
+  ensure().orderFrontRegardless();
+  if (preferences_.panelIconStyle() == PanelIconStyle::statusIcon) {
+    if (const auto owner = owner_.lock()) owner->captureHiddenIcons();
+    refreshPictures(desktop_.loop, weak_from_this());
+  }
+  outsideClickMonitor_ = desktop_.eventMonitors.addGlobalPressMonitor(
+      [&loop = desktop_.loop, weak = weak_from_this()] { closeOnPress(loop, weak); });
+}
+
+void PanelController::close() {
+  if (panel_) panel_->orderOut();
+  outsideClickMonitor_.reset();
+}
+
+Task PanelController::refreshPictures(MainLoop&, std::weak_ptr<PanelController> controller) {
+  co_await sleepFor(pictureRefreshDelay);
+  const auto self = controller.lock();
+  if (self && self->isVisible()) self->applyContent();
+}
+
+Task PanelController::closeOnPress(MainLoop&, std::weak_ptr<PanelController> controller) {
+  if (const auto self = controller.lock()) self->close();
+  co_return;
+}
+
+void PanelController::applyContent() {
+  PanelView view;
+  view.columns = preferences_.panelColumns();
+  view.sections = buildSections(preferences_, desktop_.workspace, *capturer_);
+  view.statusStyle = preferences_.panelIconStyle() == PanelIconStyle::statusIcon;
+  view.onTap = [weak = weak_from_this()](const std::string& bundleId, bool rightClick,
+                                         std::optional<double> anchorX) {
+    const auto self = weak.lock();
+    const auto owner = self ? self->owner_.lock() : nullptr;
+    if (owner) owner->activate(bundleId, rightClick, anchorX);
+  };
+  PanelWindow& window = ensure();
+  window.setRootView(view);
+  place(window);
+}
+
+PanelWindow& PanelController::ensure() {
+  if (!panel_) panel_ = desktop_.panelWindows.makePanelWindow();
+  return *panel_;
+}
+
+// The panel's right edge lines up with the handle's, inside the screen. What is larger than the
+// screen below the handle scrolls.
+void PanelController::place(PanelWindow& window) {
+  Size size = window.fittingSize();
+  const auto screens = desktop_.screens.all();
+  if (!screens.empty()) {
+    const Rect& visible = screens.front().visibleFrame;
+    const double top = lastAnchorFrame_ ? lastAnchorFrame_->maxY() + anchorGap : visible.minY();
+    size.width = std::min(size.width, visible.width - 2 * screenMargin);
+    size.height = std::min(size.height, std::max(0.0, visible.maxY() - top - screenMargin));
+  }
+  window.setContentSize(size);
+  if (!lastAnchorFrame_ || screens.empty()) return;
+  const auto main = desktop_.screens.main();
+  const double rightLimit = main ? main->visibleFrame.maxX() : lastAnchorFrame_->maxX();
+  const double x =
+      std::min(rightLimit - size.width - screenMargin, lastAnchorFrame_->maxX() - size.width);
+  window.setTopLeft({std::max(x, screenMargin), lastAnchorFrame_->maxY() + anchorGap});
+}
+
+}  // namespace tarnwick
