@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QObject>
+#include <map>
+#include <set>
+#include <string>
+
+#include "adapters/desktop/json_file.h"
+#include "bar/access/capability.h"
+
+namespace tarnwick::bar {
+
+// Who has been allowed what, by executable: one JSON object, absolute path of the executable to an
+// array of capability names. The file is looked at again before every answer, so that an edit of it
+// counts at once.
+class AccessStore : public QObject {
+  Q_OBJECT
+
+ public:
+  using Grants = std::map<std::string, std::set<Capability>>;
+
+  explicit AccessStore(desktop::JsonFile file, QObject* parent = nullptr);
+
+  const std::filesystem::path& path() const { return file_.path(); }
+
+  bool allows(const std::string& executable, Capability capability);
+  const Grants& grants();
+
+  // False when it could not be written; nothing has changed then.
+  bool grant(const std::string& executable, Capability capability);
+  bool revoke(const std::string& executable, Capability capability);
+
+  // Reads the file if it has changed on disk.
+  void refresh();
+
+ signals:
+  void changed(const std::string& executable, tarnwick::bar::Capability capability, bool granted);
+
+ private:
+  // What tells one state of the file from another.
+  struct Stamp {
+    bool exists = false;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    std::int64_t changedAt = 0;  // nanoseconds
+    bool operator==(const Stamp&) const = default;
+  };
+
+  Stamp stamp() const;
+  void take(Grants grants);
+  bool edit(const std::string& executable, Capability capability, bool granted);
+
+  desktop::JsonFile file_;
+  Stamp stamp_;
+  Grants grants_;
+};
+
+}  // namespace tarnwick::bar

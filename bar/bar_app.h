@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include "adapters/desktop/identity.h"
+#include "bar/access/access_control.h"
+#include "bar/access/access_store.h"
+#include "bar/access/callers.h"
+#include "bar/appearance.h"
+#include "bar/bar_settings.h"
+#include "bar/bar_window.h"
+#include "bar/board.h"
+#include "bar/clock.h"
+#include "bar/position_store.h"
+#include "bar/service/menu_bar_service.h"
+#include "bar/sni/sni_host.h"
+#include "bar/x11/active_application.h"
+#include "bar/x11/tray_manager.h"
+
+namespace tarnwick::bar {
+
+// The whole bar put together. Owned by main().
+class BarApp : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit BarApp(QDBusConnection bus);
+  ~BarApp() override;
+
+  void start();
+  // Gives foreign icons back and stores what is to be remembered; the event loop ends then.
+  void stop(int exitCode = 0);
+
+ private slots:
+  void busLost();
+
+ private:
+  void applySettings();
+  void watchFiles();
+  void watchFilesAgain();
+  void showPane(const QString& pane);
+
+  QDBusConnection bus_;
+  desktop::IdentityResolver identities_;
+  BarSettings settings_;
+  Board board_;
+  PositionStore positions_;
+  Callers callers_;
+  AccessStore accessStore_;
+  AccessControl access_;
+  Appearance appearance_;
+  Clock clock_;
+  MenuBarService service_;
+  SniHost sni_;
+  BarWindow window_;
+  x11::TrayManager tray_;
+  x11::ActiveApplication activeApplication_;
+  QFileSystemWatcher files_;
+  QTimer rereadTimer_;
+  QPointer<QWidget> privacyWindow_;
+  QPointer<QWidget> menuBarPane_;
+};
+
+}  // namespace tarnwick::bar

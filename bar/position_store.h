@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <string>
+#include <vector>
+
+#include "adapters/desktop/json_file.h"
+#include "bar/board.h"
+
+namespace tarnwick::bar {
+
+// Keeps the row's order in a file, one JSON array of item keys, left to right, those of absent
+// items among them. Keys that another bar has written meanwhile are kept.
+class PositionStore : public QObject {
+  Q_OBJECT
+
+ public:
+  // Puts the stored order into the board's row: to be made before the first item comes.
+  PositionStore(Board& board, desktop::JsonFile file, QObject* parent = nullptr);
+
+  // Writes the order, as happens by itself within a second of a change, if it differs from what was
+  // last written or read.
+  void save();
+
+ private:
+  Board& board_;
+  desktop::JsonFile file_;
+  std::vector<std::string> saved_;
+  int retryMs_;
+  QTimer timer_;
+};
+
+}  // namespace tarnwick::bar

@@ -1,0 +1,95 @@
+#include "bar/row/row_pointer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tarnwick::bar {
+
+RowPointer::Outcome RowPointer::press(Point at, std::uint32_t modifiers) {
+  Outcome outcome = cancel();
+  const auto item = row_.itemAt(at);
+  if (!item) return outcome;
+  Press press;
+  press.item = *item;
+  press.start = at;
+  press.centre = row_.frame(*item)->midX();
+  press.grabOffset = at.x - press.centre;
+  press.super = (modifiers & superModifier) != 0;
+  if (press.super) press.order = row_.rememberedOrder();
+  pressed_ = std::move(press);
+  return outcome;
+}
+
+RowPointer::Outcome RowPointer::drag(Point to) {
+  Outcome outcome;
+  if (!pressed_ || !pressed_->super) return outcome;
+  if (!pressed_->dragging) {
+    const double distance = std::hypot(to.x - pressed_->start.x, to.y - pressed_->start.y);
+    if (distance < dragThreshold) return outcome;
+    pressed_->dragging = true;
+  }
+  outcome.layoutChanged = true;
+  pressed_->centre = to.x - pressed_->grabOffset;
+
+  // Neighbours are compared at their places in the row, which a swap moves by the dragged item's
+  // length: a swap is never undone at the same pointer position.
+  const auto order = row_.order();
+  auto index = std::find(order.begin(), order.end(), pressed_->item) - order.begin();
+  const auto centreAt = [&](std::ptrdiff_t i) {
+    return row_.frame(order[static_cast<std::size_t>(i)])->midX();
+  };
+  const auto count = static_cast<std::ptrdiff_t>(order.size());
+  std::ptrdiff_t left = index - 1;
+  for (; left >= 0 && pressed_->centre < centreAt(left); --left) row_.moveLeft(pressed_->item);
+  if (left == index - 1) {
+    for (std::ptrdiff_t right = index + 1; right < count && pressed_->centre > centreAt(right);
+         ++right) {
+      row_.moveRight(pressed_->item);
+    }
+  }
+  return outcome;
+}
+
+RowPointer::Outcome RowPointer::release(Point at) {
+  Outcome outcome = drag(at);
+  if (!pressed_) return outcome;
+  const Press press = *std::move(pressed_);
+  pressed_.reset();
+  if (press.dragging) {
+    // Other items may have come or gone meanwhile: only the dragged one's own place counts.
+    ItemRow before = row_;
+    before.restorePlace(press.item, press.order);
+    outcome.orderSettled = before.rememberedOrder() != row_.rememberedOrder();
+  } else if (!press.super && row_.itemAt(at) == press.item) {
+    outcome.clickedItem = press.item;
+  }
+  return outcome;
+}
+
+RowPointer::Outcome RowPointer::cancel() {
+  Outcome outcome;
+  if (pressed_ && pressed_->dragging) {
+    row_.restorePlace(pressed_->item, pressed_->order);
+    outcome.layoutChanged = true;
+  }
+  pressed_.reset();
+  return outcome;
+}
+
+void RowPointer::forget(ItemId id) {
+  if (pressed_ && pressed_->item == id) pressed_.reset();
+}
+
+std::optional<ItemId> RowPointer::draggedItem() const {
+  if (!pressed_ || !pressed_->dragging) return std::nullopt;
+  return pressed_->item;
+}
+
+double RowPointer::dragOffset() const {
+  const auto item = draggedItem();
+  const auto frame = item ? row_.frame(*item) : std::nullopt;
+  return frame ? pressed_->centre - frame->midX() : 0;
+}
+
+}  // namespace tarnwick::bar

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bar/row/item_row.h"
+
+namespace tarnwick::bar {
+
+// What the left pointer button does to the row: a drag with the Super key held rearranges it, a
+// click without it reaches the item. The same rules serve the user's hand and posted events.
+class RowPointer {
+ public:
+  static constexpr double dragThreshold = 4;  // points
+  static constexpr std::uint32_t superModifier = 8;
+
+  struct Outcome {
+    bool layoutChanged = false;         // frames or the dragged item's picture moved
+    bool orderSettled = false;          // a drag ended in a new order: remember it
+    std::optional<ItemId> clickedItem;  // a click without Super ended on the item it began on
+  };
+
+  explicit RowPointer(ItemRow& row) : row_(row) {}
+
+  Outcome press(Point at, std::uint32_t modifiers);
+  Outcome drag(Point to);
+  Outcome release(Point at);
+  // Ends the press or drag; a dragged item returns to where it was.
+  Outcome cancel();
+  // To be called when an item is about to leave the row.
+  void forget(ItemId id);
+
+  bool isPressed() const { return pressed_.has_value(); }
+  // The item being dragged, and how far right of its place in the row it is to be drawn, in points.
+  std::optional<ItemId> draggedItem() const;
+  double dragOffset() const;
+
+ private:
+  struct Press {
+    ItemId item = 0;
+    Point start;
+    double grabOffset = 0;           // pointer x minus the item's centre x
+    std::vector<std::string> order;  // of the row's keys at that moment
+    bool super = false;
+    bool dragging = false;
+    double centre = 0;  // where the dragged item's centre is drawn
+  };
+
+  ItemRow& row_;
+  std::optional<Press> pressed_;
+};
+
+}  // namespace tarnwick::bar

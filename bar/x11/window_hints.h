@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "adapters/desktop/identity.h"
+#include "bar/x11/xcb.h"
+
+namespace tarnwick::bar::x11 {
+
+// One window's names for its application, being read.
+class WindowHintsRead {
+ public:
+  explicit WindowHintsRead(xcb_window_t window);
+  desktop::WindowHints take();
+
+ private:
+  PropertyRead gtkApplicationId_;
+  PropertyRead kdeDesktopFile_;
+  PropertyRead bamfDesktopFile_;
+  PropertyRead windowClass_;
+};
+
+// What the managed windows of a process (_NET_CLIENT_LIST, _NET_WM_PID) say of their application;
+// for desktop::IdentityResolver. Empty without an X server.
+std::vector<desktop::WindowHints> windowHints(std::int32_t pid);
+
+}  // namespace tarnwick::bar::x11
