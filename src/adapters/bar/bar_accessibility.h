@@ -1,0 +1,34 @@
+#pragma once
+
+#include "adapters/bar/bar_connection.h"
+#include "adapters/bar/bar_snapshots.h"
+#include "adapters/bar/item_menus.h"
+#include "platform/accessibility.h"
+
+namespace tarnwick {
+
+// Other applications' status items as the bar tells of them. The bar answers from memory, whatever
+// state the items' owners are in, and of an open menu only what its owner has told is read, so that
+// no read waits for an owner.
+class BarAccessibility : public Accessibility {
+ public:
+  BarAccessibility(BarConnection& bar, BarSnapshots& snapshots)
+      : bar_(bar), snapshots_(snapshots) {}
+
+  bool isProcessTrusted() override;
+  bool isProcessTrusted(bool prompt) override;
+  std::unique_ptr<Snapshot> takeSnapshot() override { return snapshots_.take(); }
+  AXElement applicationElement(std::int32_t pid) override;
+  std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
+  void perform(const AXElement& element, std::string_view action) override;
+  void setMessagingTimeout(const AXElement& element, float seconds) override;
+
+ private:
+  std::optional<AXValue> menuAttribute(const AXElement& element, std::string_view name) const;
+
+  BarConnection& bar_;
+  BarSnapshots& snapshots_;
+  ItemMenus menus_;
+};
+
+}  // namespace tarnwick

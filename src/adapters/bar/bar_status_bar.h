@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+#include <QPointF>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "adapters/bar/bar_connection.h"
+#include "platform/status_bar.h"
+
+namespace tarnwick {
+
+// Our own status items in the bar. They are put in again, in the order in which they were made,
+// whenever a bar appears. Needs a QGuiApplication.
+class BarStatusBar : public QObject, public StatusBar {
+  Q_OBJECT
+
+ public:
+  explicit BarStatusBar(BarConnection& bar);
+
+  std::unique_ptr<StatusItem> addItem(double length, const std::string& autosaveName) override;
+
+  // Whether one of our items stands there now, as far as the bar tells.
+  bool hasItemAt(Point place);
+
+ private:
+  class Item;
+  struct Entry {
+    std::string autosaveName;
+    double length = 0;
+    std::optional<Drawing> image;
+    std::function<void(const ClickEvent&)> onClick;
+    std::optional<quint64> id;  // known once the bar has answered
+  };
+  using EntryPtr = std::shared_ptr<Entry>;
+
+  void put(const EntryPtr& entry);
+  void remove(const EntryPtr& entry);
+  void sendLength(const Entry& entry);
+  void sendImage(const Entry& entry);
+  std::optional<Rect> frame(const Entry& entry);
+  void onClicked(quint64 id, uint button, uint modifiers, QPointF at);
+  void watchPrimaryScreen();
+  void sendImagesOfNewDensity();
+
+  BarConnection& bar_;
+  std::vector<EntryPtr> entries_;
+  double pixelsPerPoint_ = 2;
+};
+
+}  // namespace tarnwick

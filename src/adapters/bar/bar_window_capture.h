@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+
+#include "adapters/bar/bar_connection.h"
+#include "platform/window_capture.h"
+
+namespace tarnwick {
+
+// Pictures of the bar's items, which the bar draws alone at the asked size. An item's window is the
+// item itself, its window's id the item's.
+class BarWindowCapture : public QObject, public WindowCapture {
+  Q_OBJECT
+
+ public:
+  BarWindowCapture(MainLoop& loop, BarConnection& bar) : loop_(loop), bar_(bar) {}
+
+  bool preflight() override;
+  void request() override;
+  void windows(std::function<void(std::optional<std::vector<CapturableWindow>>)> callback) override;
+  void capture(std::uint64_t window, int pixelWidth, int pixelHeight,
+               std::function<void(std::optional<Bitmap>)> callback) override;
+
+ private:
+  template <class T>
+  void ask(const QString& method, const QVariantList& arguments,
+           std::function<std::optional<T>(const QDBusMessage&)> parse,
+           std::function<void(std::optional<T>)> callback);
+
+  MainLoop& loop_;
+  BarConnection& bar_;
+};
+
+}  // namespace tarnwick

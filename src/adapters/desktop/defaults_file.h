@@ -1,0 +1,52 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "adapters/desktop/json_file.h"
+#include "platform/defaults_store.h"
+
+namespace tarnwick::desktop {
+
+// The user's settings as one JSON object: strings, booleans, integers and string arrays as
+// themselves, bytes as {"$data": "<base64>"}. Values of any other type read as absent and stay in
+// the file; one that is set anew is kept under "<key>.damaged" ("<key>.damaged-2", ...). While the
+// file cannot be read or is being written in place, the last document read from it holds; without
+// one it reads as empty.
+class DefaultsFile : public DefaultsStore {
+ public:
+  // $XDG_CONFIG_HOME/tarnwick/defaults.json
+  static std::filesystem::path standardPath();
+
+  explicit DefaultsFile(std::filesystem::path path = standardPath());
+
+  std::optional<DefaultsValue> value(const std::string& key) const override;
+  void set(const std::string& key, DefaultsValue value) override;
+  void remove(const std::string& key) override;
+  // Of the values that can be read.
+  std::vector<std::string> keys() const override;
+
+ private:
+  // Tells one state of the file from the next without reading it.
+  struct Stamp {
+    ino_t inode = 0;
+    off_t size = -1;
+    std::int64_t changed = 0;  // nanoseconds; of contents, name or mode
+    bool operator==(const Stamp&) const = default;
+  };
+
+  const nlohmann::json& present() const;
+  Stamp stamp() const;
+
+  JsonFile file_;
+  mutable nlohmann::json document_;
+  mutable std::optional<Stamp> stamp_;  // of the file that document_ was read from
+};
+
+}  // namespace tarnwick::desktop

@@ -1,0 +1,234 @@
+#include "adapters/desktop/desktop_entries.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+
+#include "adapters/desktop/command.h"
+#include "adapters/desktop/desktop_file.h"
+#include "adapters/desktop/file.h"
+#include "adapters/desktop/json_file.h"
+
+namespace tarnwick::desktop {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kMaxFile = 1 << 20;
+constexpr std::size_t kMaxEntries = 10'000;
+constexpr int kMaxDepth = 5;
+// Clocks of file systems tick in steps of up to this; within one, a folder may change unseen.
+constexpr std::int64_t kClockStep = 20'000'000;  // nanoseconds
+constexpr std::string_view kSuffix = ".desktop";
+
+std::int64_t nanoseconds(const timespec& time) {
+  return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+// -1 for a folder that is not there.
+std::int64_t changeTime(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 ? nanoseconds(info.st_mtim) : -1;
+}
+
+std::vector<std::string> applicationFolders() {
+  std::vector<std::string> folders{dataHome() / "applications"};
+  const char* value = std::getenv("XDG_DATA_DIRS");
+  std::string_view rest = value && *value ? value : "/usr/local/share:/usr/share";
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find(':'), rest.size());
+    const fs::path folder = fs::path(rest.substr(0, end)) / "applications";
+    if (folder.is_absolute() && std::ranges::find(folders, folder.string()) == folders.end()) {
+      folders.push_back(folder);
+    }
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  return folders;
+}
+
+std::optional<DesktopFile> readDesktopFile(const std::string& path) {
+  const std::optional<std::string> text = readFile(path, kMaxFile);
+  return text ? parseDesktopFile(*text, messagesLocale()) : std::nullopt;
+}
+
+DesktopEntry makeEntry(const std::string& id, DesktopFile file) {
+  DesktopEntry entry;
+  const std::vector<std::string> command = splitCommand(file.exec);
+  entry.program = programOf(command);
+  const auto program = std::ranges::find(command, entry.program);
+  entry.hasArguments = program == command.end() ||
+                       std::any_of(program + 1, command.end(),
+                                   [](const std::string& word) { return !word.starts_with('%'); });
+  // An interpreter given code instead of a script says nothing.
+  if (entry.hasArguments && runsScripts(entry.program)) entry.program.clear();
+  entry.programName = canonicalName(programName(entry.program));
+  entry.tryName = canonicalName(programName(file.tryExec));
+  if (entry.tryName == entry.programName) entry.tryName.clear();
+  entry.windowClass = std::move(file.windowClass);
+  entry.shown = !file.noDisplay;
+  entry.id = id;
+  entry.program.shrink_to_fit();
+  return entry;
+}
+
+// "Viewer" of "org.example.Viewer"; the whole of an id without dots.
+std::string_view lastPart(std::string_view id) {
+  const std::size_t dot = id.rfind('.');
+  return dot == id.npos ? id : id.substr(dot + 1);
+}
+
+bool equalInAnyCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : int{c}; };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+// How surely an entry runs the program at `path`, whose canonical name is given; 0 is not at all.
+int certainty(const DesktopEntry& entry, std::string_view path, std::string_view name) {
+  const bool named = entry.programName == name || entry.tryName == name;
+  if (name.empty() || !(named || entry.program == path)) return 0;
+  int sure = 1;
+  if (entry.program == path) {
+    sure += 64;
+  } else if (baseName(entry.program) == baseName(path)) {
+    sure += 32;
+  } else if (entry.programName == name) {
+    sure += 16;
+  }
+  // Of several entries for one program, the plain one is the application itself.
+  if (equalInAnyCase(lastPart(entry.id), name)) sure += 8;
+  if (!entry.hasArguments) sure += 4;
+  if (entry.shown) sure += 2;
+  return sure;
+}
+
+}  // namespace
+
+void DesktopEntries::refresh() {
+  const bool current = std::ranges::all_of(folders_, [](const Folder& folder) {
+    return folder.changed && *folder.changed == changeTime(folder.path);
+  });
+  if (folders_.empty() || !current) readAllFolders();
+}
+
+void DesktopEntries::readAllFolders() {
+  entries_.clear();
+  folders_.clear();
+  std::unordered_set<std::string> seen;
+  for (const std::string& folder : applicationFolders()) readFolder(folder, "", seen, 0);
+  entries_.shrink_to_fit();
+}
+
+void DesktopEntries::readFolder(const std::string& path, const std::string& idPrefix,
+                                std::unordered_set<std::string>& seen, int depth) {
+  const std::int64_t changed = changeTime(path);
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  const bool settled = changed < 0 || nanoseconds(now) - changed >= kClockStep;
+  const auto folder = static_cast<std::uint32_t>(folders_.size());
+  folders_.push_back({path, idPrefix, settled ? std::optional(changed) : std::nullopt});
+
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    names.push_back(it->path().filename());
+  }
+  // The same answer whatever order the file system has.
+  std::ranges::sort(names);
+  for (const std::string& name : names) {
+    const std::string file = path + "/" + name;
+    if (!name.ends_with(kSuffix)) {
+      if (depth < kMaxDepth && fs::is_directory(file, error)) {
+        readFolder(file, idPrefix + name + "-", seen, depth + 1);
+      }
+      continue;
+    }
+    std::string id = idPrefix + name.substr(0, name.size() - kSuffix.size());
+    if (entries_.size() >= kMaxEntries || seen.contains(id)) continue;
+    std::optional<DesktopFile> parsed = readDesktopFile(file);
+    if (!parsed) continue;
+    seen.insert(id);
+    if (!parsed->application || parsed->hidden) continue;
+    entries_.push_back(makeEntry(id, std::move(*parsed)));
+    entries_.back().folder = folder;
+  }
+}
+
+ApplicationIdentity DesktopEntries::identity(const DesktopEntry& entry) const {
+  const Folder& folder = folders_[entry.folder];
+  const std::string name = entry.id.substr(folder.idPrefix.size());
+  std::optional<DesktopFile> file = readDesktopFile(folder.path + "/" + name + ".desktop");
+  if (!file) return {entry.id, {}, {}};
+  return {entry.id, std::move(file->name), std::move(file->icon)};
+}
+
+const DesktopEntry* DesktopEntries::byId(std::string_view id) const {
+  const auto found = std::ranges::find(entries_, id, &DesktopEntry::id);
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+const DesktopEntry* DesktopEntries::byName(std::string_view name) const {
+  std::string_view id = name;
+  if (id.ends_with(kSuffix)) id.remove_suffix(kSuffix.size());
+  // Of a path, what stands below "applications/"; folders there count as parts of the id.
+  constexpr std::string_view kFolder = "/applications/";
+  std::string flat;
+  if (const std::size_t folder = id.rfind(kFolder); folder != id.npos) {
+    flat = id.substr(folder + kFolder.size());
+    std::ranges::replace(flat, '/', '-');
+    id = flat;
+  } else if (id.starts_with('/')) {
+    id = baseName(id);
+  }
+  if (id.empty()) return nullptr;
+  if (const DesktopEntry* exact = byId(id)) return exact;
+  const auto found = std::ranges::find_if(
+      entries_, [&](const DesktopEntry& entry) { return equalInAnyCase(entry.id, id); });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+const DesktopEntry* DesktopEntries::byProgram(std::string_view path) const {
+  if (path.empty()) return nullptr;
+  const std::string own = programName(path);
+  const std::string name = canonicalName(own);
+  const DesktopEntry* best = nullptr;
+  int surest = 0;
+  for (const DesktopEntry& entry : entries_) {
+    const int sure = certainty(entry, path, name);
+    if (sure > surest) {
+      surest = sure;
+      best = &entry;
+    }
+  }
+  if (!best) best = byName(own);
+  return best ? best : byName(name);
+}
+
+const DesktopEntry* DesktopEntries::byWindowClass(std::string_view windowClass) const {
+  if (windowClass.empty()) return nullptr;
+  const auto find = [this](auto matches) -> const DesktopEntry* {
+    const auto found = std::ranges::find_if(entries_, matches);
+    return found == entries_.end() ? nullptr : &*found;
+  };
+  if (const auto* exact = find([&](const auto& e) { return e.windowClass == windowClass; })) {
+    return exact;
+  }
+  if (const auto* alike =
+          find([&](const auto& e) { return equalInAnyCase(e.windowClass, windowClass); })) {
+    return alike;
+  }
+  if (const DesktopEntry* named = byName(windowClass)) return named;
+  return find([&](const auto& e) { return equalInAnyCase(lastPart(e.id), windowClass); });
+}
+
+bool DesktopEntries::names(const DesktopEntry& entry, std::string_view path) {
+  const std::string own = programName(path);
+  const std::string name = canonicalName(own);
+  return certainty(entry, path, name) > 0 || equalInAnyCase(lastPart(entry.id), name) ||
+         equalInAnyCase(entry.id, own) || equalInAnyCase(entry.id, name);
+}
+
+}  // namespace tarnwick::desktop

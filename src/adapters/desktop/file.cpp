@@ -1,0 +1,52 @@
+#include "adapters/desktop/file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace tarnwick::desktop {
+
+UniqueFd::~UniqueFd() {
+  if (fd_ >= 0) close(fd_);
+}
+
+std::optional<std::string> readAll(int fd, std::size_t limit) {
+  std::string bytes;
+  std::size_t used = 0;
+  for (;;) {
+    // One byte more than allowed tells a file that is too long from one that just fits.
+    if (used == bytes.size())
+      bytes.resize(std::min(limit + 1, std::max<std::size_t>(4096, 2 * used)));
+    if (used == bytes.size()) return std::nullopt;
+    const ssize_t got = read(fd, bytes.data() + used, bytes.size() - used);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    if (got == 0) break;
+    used += static_cast<std::size_t>(got);
+  }
+  if (used > limit) return std::nullopt;
+  bytes.resize(used);
+  return bytes;
+}
+
+std::optional<std::string> readFile(const std::string& path, std::size_t limit) {
+  const UniqueFd fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat info {};
+  if (!fd || fstat(fd.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+  return readAll(fd.get(), limit);
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t put = write(fd, bytes.data(), bytes.size());
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(put));
+  }
+  return true;
+}
+
+}  // namespace tarnwick::desktop

@@ -1,0 +1,167 @@
+#include "adapters/qt/qt_panel_window.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QRegion>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QWidget>
+#include <cmath>
+
+#include "adapters/qt/panel_content.h"
+
+namespace tarnwick {
+
+namespace {
+
+using Metrics = PanelMetrics;
+
+constexpr double groundAlpha = 0.97;  // under a compositor
+constexpr int shadowRings = 6;        // one for each point of the margin
+constexpr double shadowAlpha = 0.05;  // of one ring
+
+QSize toQSize(Size size) {
+  return {static_cast<int>(std::ceil(size.width)), static_cast<int>(std::ceil(size.height))};
+}
+
+// The window itself: it draws the ground and scrolls the content when that is larger.
+class PanelWidget : public QWidget {
+ public:
+  explicit PanelWidget(std::function<bool()> isComposited)
+      : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                             Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint),
+        isComposited_(std::move(isComposited)) {
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_AlwaysShowToolTips);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(QStringLiteral("Hidden apps"));
+    scroll_.setFrameShape(QFrame::NoFrame);
+    scroll_.viewport()->setAutoFillBackground(false);
+    scroll_.setFocusPolicy(Qt::NoFocus);
+    scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  }
+
+  void setContent(const PanelView& view) {
+    // The one before may be the one that is being pressed.
+    if (QWidget* before = scroll_.takeWidget()) {
+      before->hide();
+      before->deleteLater();
+    }
+    auto* content = new PanelContent(view, nullptr);
+    content->setAutoFillBackground(false);
+    scroll_.setWidget(content);
+  }
+
+  QSize fittingSize() const { return scroll_.widget() ? scroll_.widget()->sizeHint() : QSize(); }
+
+  void present() {
+    composited_ = isComposited_();
+    updateShape();
+    show();
+    raise();
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent*) override {
+    // Scrolled content ends at the ground's edge, not in the margin.
+    const int margin = static_cast<int>(Metrics::margin);
+    const bool whole = fittingSize().width() <= width() && fittingSize().height() <= height();
+    scroll_.setGeometry(whole ? rect() : rect().adjusted(margin, margin, -margin, -margin));
+    scroll_.setVerticalScrollBarPolicy(whole ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    scroll_.setHorizontalScrollBarPolicy(whole ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    updateShape();
+  }
+
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor ground = palette().color(QPalette::Window);
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlphaF(0.16);
+    if (composited_) {
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(QColor::fromRgbF(0, 0, 0, shadowAlpha));
+      for (int ring = 1; ring <= shadowRings; ++ring) {
+        painter.drawRoundedRect(groundRect().adjusted(-ring, -ring + 1, ring, ring),
+                                Metrics::cornerRadius + ring, Metrics::cornerRadius + ring);
+      }
+      ground.setAlphaF(groundAlpha);
+      painter.setCompositionMode(QPainter::CompositionMode_Source);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(groundRect(), Metrics::cornerRadius, Metrics::cornerRadius);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setPen(QPen(line, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(groundRect().adjusted(0.5, 0.5, -0.5, -0.5), Metrics::cornerRadius,
+                            Metrics::cornerRadius);
+  }
+
+ private:
+  QRectF groundRect() const {
+    return QRectF(rect()).adjusted(Metrics::margin, Metrics::margin, -Metrics::margin,
+                                   -Metrics::margin);
+  }
+
+  void updateShape() {
+    if (composited_) {
+      clearMask();
+      return;
+    }
+    // Corners of circles, not of the few-sided polygon that a path would become.
+    const QRect ground = groundRect().toRect();
+    constexpr int diameter = static_cast<int>(2 * Metrics::cornerRadius);
+    QRegion shape = QRegion(ground.adjusted(diameter / 2, 0, -diameter / 2, 0)) +
+                    QRegion(ground.adjusted(0, diameter / 2, 0, -diameter / 2));
+    QRect corner(0, 0, diameter, diameter);
+    for (const bool right : {false, true}) {
+      for (const bool bottom : {false, true}) {
+        corner.moveLeft(right ? ground.right() + 1 - diameter : ground.left());
+        corner.moveTop(bottom ? ground.bottom() + 1 - diameter : ground.top());
+        shape += QRegion(corner, QRegion::Ellipse);
+      }
+    }
+    setMask(shape);
+  }
+
+  std::function<bool()> isComposited_;
+  bool composited_ = false;
+  QScrollArea scroll_{this};
+};
+
+class QtPanelWindow : public PanelWindow {
+ public:
+  explicit QtPanelWindow(std::function<bool()> isComposited) : widget_(std::move(isComposited)) {}
+
+  void setRootView(const PanelView& view) override { widget_.setContent(view); }
+  Size fittingSize() const override {
+    const QSize size = widget_.fittingSize();
+    return {static_cast<double>(size.width()), static_cast<double>(size.height())};
+  }
+  void setContentSize(Size size) override { widget_.resize(toQSize(size)); }
+  Size contentSize() const override {
+    return {static_cast<double>(widget_.width()), static_cast<double>(widget_.height())};
+  }
+  void setTopLeft(Point point) override {
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    const QPoint origin = primary ? primary->geometry().topLeft() : QPoint();
+    widget_.move(origin + QPoint(qRound(point.x), qRound(point.y)));
+  }
+  void orderFrontRegardless() override { widget_.present(); }
+  void orderOut() override { widget_.hide(); }
+  bool isVisible() const override { return widget_.isVisible(); }
+
+ private:
+  PanelWidget widget_;
+};
+
+}  // namespace
+
+std::unique_ptr<PanelWindow> QtPanelWindows::makePanelWindow() {
+  return std::make_unique<QtPanelWindow>(isComposited_);
+}
+
+}  // namespace tarnwick

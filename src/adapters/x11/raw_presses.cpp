@@ -1,0 +1,104 @@
+#include "adapters/x11/raw_presses.h"
+
+#include <xcb/xcb.h>
+#include <xcb/xinput.h>
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace tarnwick::x11 {
+
+namespace {
+
+constexpr std::uint32_t leftButton = 1;
+constexpr std::uint32_t rightButton = 3;
+
+struct Free {
+  void operator()(void* reply) const { std::free(reply); }
+};
+template <class T>
+using Reply = std::unique_ptr<T, Free>;
+
+xcb_connection_t* server() {
+  const auto* qt =
+      qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+  return qt ? qt->connection() : nullptr;
+}
+
+xcb_window_t rootOf(xcb_connection_t* connection) {
+  return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+std::optional<QPoint> pointerPlace() {
+  xcb_connection_t* const connection = server();
+  const Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
+      connection, xcb_query_pointer(connection, rootOf(connection)), nullptr));
+  if (!reply) return std::nullopt;
+  return QPoint(reply->root_x, reply->root_y);
+}
+
+}  // namespace
+
+bool isComposited() {
+  xcb_connection_t* const connection = server();
+  if (!connection) return false;
+  constexpr char name[] = "_NET_WM_CM_S0";
+  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+      connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
+  if (!atom) return false;
+  const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+      connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+RawPresses::RawPresses(std::function<bool(QPoint)> isOurs) : isOurs_(std::move(isOurs)) {
+  qApp->installNativeEventFilter(this);
+}
+
+RawPresses::~RawPresses() {
+  if (qApp) qApp->removeNativeEventFilter(this);
+}
+
+Registration RawPresses::addGlobalPressMonitor(std::function<void()> callback) {
+  if (!server()) return {};
+  if (listening_++ == 0) select(true);
+  auto listener = std::make_shared<Registration>(listeners_.add(std::move(callback)));
+  return Registration([this, alive = std::weak_ptr(alive_), listener] {
+    listener->reset();
+    if (!alive.expired() && --listening_ == 0) select(false);
+  });
+}
+
+// On the master devices, apart from what Qt selects for all devices.
+void RawPresses::select(bool on) {
+  xcb_connection_t* const connection = server();
+  if (!connection) return;
+  struct {
+    xcb_input_event_mask_t head;
+    std::uint32_t mask;
+  } selection{};
+  selection.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
+  selection.head.mask_len = 1;
+  selection.mask = on ? XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS : 0;
+  xcb_input_xi_select_events(connection, rootOf(connection), 1, &selection.head);
+  xcb_flush(connection);
+}
+
+bool RawPresses::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+  if (listening_ == 0 || type != "xcb_generic_event_t") return false;
+  const auto* event = static_cast<const xcb_generic_event_t*>(message);
+  if ((event->response_type & 0x7f) != XCB_GE_GENERIC) return false;
+  const auto* generic = static_cast<const xcb_ge_generic_event_t*>(message);
+  if (generic->event_type != XCB_INPUT_RAW_BUTTON_PRESS) return false;
+  const auto* press = static_cast<const xcb_input_raw_button_press_event_t*>(message);
+  if (press->detail != leftButton && press->detail != rightButton) return false;
+  const auto place = pointerPlace();
+  if (place && !isOurs_(*place)) listeners_.notify();
+  return false;
+}
+
+}  // namespace tarnwick::x11

@@ -1,0 +1,172 @@
+#include "adapters/x11/windows.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarnwick::x11 {
+
+namespace {
+
+struct Free {
+  void operator()(void* reply) const { std::free(reply); }
+};
+template <class T>
+using Reply = std::unique_ptr<T, Free>;
+
+constexpr std::size_t mostWindows = 1000;
+constexpr std::uint32_t mostDesktops = 64;
+constexpr std::uint32_t longestText = 64;  // in units of four bytes
+constexpr std::size_t atomCount = 8;
+enum AtomName : std::size_t {
+  clientList,
+  activeWindow,
+  wmPid,
+  gtkId,
+  kdeFile,
+  bamfFile,
+  workAreas,
+  currentDesktop
+};
+constexpr std::array<std::string_view, atomCount> atomNames = {
+    "_NET_CLIENT_LIST",         "_NET_ACTIVE_WINDOW", "_NET_WM_PID",   "_GTK_APPLICATION_ID",
+    "_KDE_NET_WM_DESKTOP_FILE", "_BAMF_DESKTOP_FILE", "_NET_WORKAREA", "_NET_CURRENT_DESKTOP"};
+
+// Qt's own connection to the server and what is asked for by name on it.
+struct Server {
+  xcb_connection_t* connection = nullptr;
+  xcb_window_t root = XCB_WINDOW_NONE;
+  std::array<xcb_atom_t, atomCount> atoms{};
+
+  static const Server* get() {
+    static const Server server;
+    return server.connection ? &server : nullptr;
+  }
+
+  xcb_get_property_cookie_t ask(xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
+                                std::uint32_t length) const {
+    return xcb_get_property(connection, 0, window, name, type, 0, length);
+  }
+
+  std::vector<std::uint32_t> numbers(xcb_get_property_cookie_t cookie) const {
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 32) return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + xcb_get_property_value_length(reply.get()) / 4};
+  }
+
+  std::string text(xcb_get_property_cookie_t cookie) const {
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply || reply->format != 8) return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+  }
+
+ private:
+  Server() {
+    const auto* qt = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!qt) return;
+    connection = qt->connection();
+    root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
+    for (std::size_t i = 0; i < atomCount; ++i) {
+      cookies[i] = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(atomNames[i].size()),
+                                   atomNames[i].data());
+    }
+    for (std::size_t i = 0; i < atomCount; ++i) {
+      const Reply<xcb_intern_atom_reply_t> reply(
+          xcb_intern_atom_reply(connection, cookies[i], nullptr));
+      if (reply) atoms[i] = reply->atom;
+    }
+  }
+};
+
+// WM_CLASS: instance and class, each ended by a zero byte.
+desktop::WindowHints hintsOf(const Server& server, xcb_window_t window) {
+  constexpr auto any = XCB_GET_PROPERTY_TYPE_ANY;
+  const std::array ids = {server.ask(window, server.atoms[gtkId], any, longestText),
+                          server.ask(window, server.atoms[kdeFile], any, longestText),
+                          server.ask(window, server.atoms[bamfFile], any, longestText)};
+  const auto classCookie = server.ask(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, longestText);
+  desktop::WindowHints hints;
+  for (const auto cookie : ids) {
+    auto id = server.text(cookie);
+    if (hints.applicationId.empty()) hints.applicationId = std::move(id);
+  }
+  const std::string names = server.text(classCookie);
+  const auto middle = names.find('\0');
+  if (middle != std::string::npos) {
+    hints.windowInstance = names.substr(0, middle);
+    hints.windowClass = names.substr(middle + 1, names.find('\0', middle + 1) - middle - 1);
+  }
+  return hints;
+}
+
+}  // namespace
+
+std::shared_ptr<void> connectToServer() {
+  const std::shared_ptr<xcb_connection_t> connection(xcb_connect(nullptr, nullptr), xcb_disconnect);
+  return xcb_connection_has_error(connection.get()) == 0 ? connection : nullptr;
+}
+
+std::vector<desktop::WindowHints> windowHints(std::int32_t pid) {
+  const Server* server = Server::get();
+  if (!server) return {};
+  const auto windows = server->numbers(server->ask(server->root, server->atoms[clientList],
+                                                   XCB_ATOM_WINDOW, std::uint32_t{mostWindows}));
+  std::vector<xcb_get_property_cookie_t> cookies;
+  for (const auto window : windows) {
+    cookies.push_back(server->ask(window, server->atoms[wmPid], XCB_ATOM_CARDINAL, 1));
+  }
+  std::vector<desktop::WindowHints> hints;
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    const auto owner = server->numbers(cookies[i]);
+    if (owner.size() == 1 && owner[0] == static_cast<std::uint32_t>(pid)) {
+      hints.push_back(hintsOf(*server, windows[i]));
+    }
+  }
+  return hints;
+}
+
+std::optional<QRect> workArea() {
+  const Server* server = Server::get();
+  if (!server) return std::nullopt;
+  const auto areasCookie =
+      server->ask(server->root, server->atoms[workAreas], XCB_ATOM_CARDINAL, mostDesktops * 4);
+  const auto desktopCookie =
+      server->ask(server->root, server->atoms[currentDesktop], XCB_ATOM_CARDINAL, 1);
+  const auto areas = server->numbers(areasCookie);
+  const auto desktop = server->numbers(desktopCookie);
+  if (areas.size() < 4) return std::nullopt;
+  std::size_t first = desktop.empty() ? 0 : std::size_t{desktop[0]} * 4;
+  if (first + 4 > areas.size()) first = 0;  // one area for all desktops
+  const auto side = [&](std::size_t i) { return static_cast<int>(areas[first + i]); };
+  return QRect(side(0), side(1), side(2), side(3));
+}
+
+std::optional<QPoint> activeWindowCentre() {
+  const Server* server = Server::get();
+  if (!server) return std::nullopt;
+  const auto active =
+      server->numbers(server->ask(server->root, server->atoms[activeWindow], XCB_ATOM_WINDOW, 1));
+  if (active.empty() || active[0] == XCB_WINDOW_NONE) return std::nullopt;
+  const auto geometryCookie = xcb_get_geometry(server->connection, active[0]);
+  const auto originCookie =
+      xcb_translate_coordinates(server->connection, active[0], server->root, 0, 0);
+  const Reply<xcb_get_geometry_reply_t> geometry(
+      xcb_get_geometry_reply(server->connection, geometryCookie, nullptr));
+  const Reply<xcb_translate_coordinates_reply_t> origin(
+      xcb_translate_coordinates_reply(server->connection, originCookie, nullptr));
+  if (!geometry || !origin) return std::nullopt;
+  return QPoint(origin->dst_x + geometry->width / 2, origin->dst_y + geometry->height / 2);
+}
+
+}  // namespace tarnwick::x11
