@@ -1,0 +1,113 @@
+#include "app/application_service.h"
+
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "prefs/preferences.h"
+
+namespace tarnwick {
+
+namespace {
+
+const QString name = QStringLiteral("org.tarnwick.Tarnwick");
+const QString path = QStringLiteral("/org/tarnwick/Tarnwick");
+const QString interface = QStringLiteral("org.freedesktop.Application");
+
+constexpr uint doNotQueue = 4;
+constexpr uint primaryOwner = 1;
+constexpr int daemonDeadline = 5000;    // milliseconds
+constexpr int activateDeadline = 2000;  // milliseconds
+constexpr qsizetype longestIdentifier = 1000;
+
+// The one string of an action's parameters.
+std::optional<std::string> identifierIn(const QVariantList& parameters) {
+  if (parameters.size() != 1) return std::nullopt;
+  QVariant parameter = parameters.constFirst();
+  if (parameter.metaType() == QMetaType::fromType<QDBusVariant>()) {
+    parameter = parameter.value<QDBusVariant>().variant();
+  }
+  const QString text = parameter.toString();
+  if (parameter.userType() != QMetaType::QString || text.isEmpty() ||
+      text.size() > longestIdentifier) {
+    return std::nullopt;
+  }
+  return text.toStdString();
+}
+
+}  // namespace
+
+ApplicationService::ApplicationService(const QDBusConnection& bus) : bus_(bus) {
+  bus_.registerObject(path, this, QDBusConnection::ExportAllSlots);
+}
+
+bool ApplicationService::claim() {
+  auto request = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+  request << name << doNotQueue;
+  const QDBusMessage reply = bus_.call(request, QDBus::Block, daemonDeadline);
+  return reply.type() == QDBusMessage::ReplyMessage &&
+         reply.arguments().value(0).toUInt() == primaryOwner;
+}
+
+void ApplicationService::activateOther() {
+  QVariantMap platformData;
+  const auto pass = [&](const char* variable, const QString& key) {
+    const QString value = qEnvironmentVariable(variable);
+    if (!value.isEmpty()) platformData.insert(key, value);
+  };
+  pass("DESKTOP_STARTUP_ID", QStringLiteral("desktop-startup-id"));
+  pass("XDG_ACTIVATION_TOKEN", QStringLiteral("activation-token"));
+  auto call = QDBusMessage::createMethodCall(name, path, interface, QStringLiteral("Activate"));
+  call << platformData;
+  bus_.call(call, QDBus::Block, activateDeadline);
+}
+
+void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> delegate) {
+  desktop_ = &desktop;
+  delegate_ = std::move(delegate);
+}
+
+void ApplicationService::Activate(const QVariantMap&) {
+  if (const auto delegate = delegate_.lock()) delegate->openSettings();
+}
+
+// There are no documents to open.
+void ApplicationService::Open(const QStringList&, const QVariantMap& platformData) {
+  Activate(platformData);
+}
+
+// Written first, then acted upon, as the settings do it: the pass reads the stored set.
+void ApplicationService::ActivateAction(const QString& action, const QVariantList& parameters,
+                                        const QVariantMap&) {
+  const auto delegate = delegate_.lock();
+  const auto identifier = identifierIn(parameters);
+  const bool hide = action == QLatin1String("hide");
+  if (!identifier || (!hide && action != QLatin1String("release"))) {
+    sendErrorReply(QDBusError::InvalidArgs,
+                   QStringLiteral("The actions are hide and release, each with one string"));
+    return;
+  }
+  if (!delegate) return;
+  const Preferences preferences(desktop_->defaults);
+  auto hidden = preferences.hiddenBundleIds();
+  const bool stored = std::find(hidden.begin(), hidden.end(), *identifier) != hidden.end();
+  if (hide) {
+    hidden.push_back(*identifier);
+  } else {
+    std::erase(hidden, *identifier);
+  }
+  if (stored != hide) preferences.setHiddenBundleIds(std::move(hidden));
+  const auto& controller = delegate->menuBarController();
+  if (hide) {
+    controller->enforceStow();
+  } else {
+    controller->unstow(*identifier);
+  }
+}
+
+}  // namespace tarnwick

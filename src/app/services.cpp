@@ -1,0 +1,37 @@
+#include "app/services.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include "adapters/desktop/json_file.h"
+#include "adapters/x11/windows.h"
+
+namespace tarnwick {
+
+Services::Services(const QDBusConnection& bus)
+    : screens_(x11::activeWindowCentre, x11::workArea),
+      identities_(x11::windowHints),
+      bar_(loop_, bus),
+      workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier()),
+      pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
+      presses_([this](QPoint rootPixels) { return isOurs(rootPixels); }) {}
+
+// A window of ours, or one of our items in the bar.
+bool Services::isOurs(QPoint rootPixels) {
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  if (!primary) return false;
+  const QPoint origin = primary->geometry().topLeft();
+  const QPointF points = QPointF(rootPixels - origin) / primary->devicePixelRatio();
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    const QRect frame = window->geometry().translated(-origin);
+    if (window->isVisible() && QRectF(frame).contains(points)) return true;
+  }
+  return statusBar_.hasItemAt({points.x(), points.y()});
+}
+
+Services::~Services() {
+  loop_.clear();
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QDBusConnection>
+
+#include "adapters/bar/bar_accessibility.h"
+#include "adapters/bar/bar_connection.h"
+#include "adapters/bar/bar_pointer_events.h"
+#include "adapters/bar/bar_snapshots.h"
+#include "adapters/bar/bar_status_bar.h"
+#include "adapters/bar/bar_window_capture.h"
+#include "adapters/bar/bar_workspace.h"
+#include "adapters/desktop/defaults_file.h"
+#include "adapters/desktop/identity.h"
+#include "adapters/qt/png_files.h"
+#include "adapters/qt/qt_application.h"
+#include "adapters/qt/qt_main_loop.h"
+#include "adapters/qt/qt_menus.h"
+#include "adapters/qt/qt_panel_window.h"
+#include "adapters/qt/qt_screens.h"
+#include "adapters/x11/raw_presses.h"
+#include "platform/desktop.h"
+
+namespace tarnwick {
+
+// The adapters of this desktop, wired together. Needs a QApplication and a session bus.
+class Services {
+ public:
+  explicit Services(const QDBusConnection& bus);
+  // Ends every task, so that nothing uses a service that is gone.
+  ~Services();
+
+  Desktop& desktop() { return desktop_; }
+
+ private:
+  bool isOurs(QPoint rootPixels);
+
+  QtMainLoop loop_;
+  QtApplication application_;
+  QtScreens screens_;
+  desktop::DefaultsFile defaults_;
+  desktop::IdentityResolver identities_;
+  BarConnection bar_;
+  BarSnapshots snapshots_{bar_};
+  BarAccessibility accessibility_{bar_, snapshots_};
+  BarPointerEvents pointer_{bar_};
+  BarWorkspace workspace_;
+  BarStatusBar statusBar_{bar_};
+  BarWindowCapture windowCapture_{loop_, bar_};
+  PngFiles pictures_;
+  QtPanelWindows panelWindows_{x11::isComposited};
+  x11::RawPresses presses_;
+  QtMenus menus_{loop_, presses_};
+  Desktop desktop_{loop_,         accessibility_, pointer_,     workspace_,     statusBar_,
+                   screens_,      defaults_,      application_, windowCapture_, pictures_,
+                   panelWindows_, presses_,       menus_};
+};
+
+}  // namespace tarnwick
