@@ -1,0 +1,200 @@
+#include "bar/row/item_row.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "bar/row/row_pointer.h"
+
+namespace tarnwick::bar {
+namespace {
+
+constexpr std::uint32_t super = RowPointer::superModifier;
+
+// Items of the given lengths with ids and keys 1, 2, 3 ... from left to right, ending at x = 500.
+ItemRow rowOf(const std::vector<double>& lengths) {
+  ItemRow row;
+  row.setBounds(500, 24);
+  ItemId id = 0;
+  for (const double length : lengths) {
+    ++id;
+    row.insert(id, std::to_string(id), Placement::rightmost, length);
+  }
+  return row;
+}
+
+TEST(ItemRowTest, LongItemsPushWhatIsLeftOfThemBeyondTheLeftEnd) {
+  ItemRow row = rowOf({30, 2, 24, 26});
+  EXPECT_EQ(row.frame(1), (Rect{418, 0, 30, 24}));
+  row.setLength(2, 16000);
+  EXPECT_EQ(row.frame(1), (Rect{-15580, 0, 30, 24}));
+  EXPECT_EQ(row.frame(2), (Rect{-15550, 0, 16000, 24}));
+  EXPECT_EQ(row.frame(3), (Rect{450, 0, 24, 24}));
+  EXPECT_EQ(row.itemAt({-15565, 12}), 1u);
+  EXPECT_EQ(row.itemAt({499.9, 12}), 4u);
+  EXPECT_EQ(row.itemAt({500, 12}), std::nullopt);
+  EXPECT_EQ(row.itemAt({460, 24}), std::nullopt);
+}
+
+TEST(ItemRowTest, NewItemsGoToTheirEndsAndKnownOnesToTheirPlaces) {
+  ItemRow row;
+  row.setBounds(500, 24);
+  row.restoreOrder({"a", "gone", "b", "a", ""});
+  EXPECT_EQ(row.rememberedOrder(), (std::vector<std::string>{"a", "gone", "b"}));
+  row.insert(1, "b", Placement::rightmost, 10);
+  row.insert(2, "new", Placement::rightmost, 10);
+  row.insert(3, "native", Placement::leftmost, 10);
+  row.insert(4, "gone", Placement::leftmost, 10);
+  row.insert(5, "b", Placement::rightmost, 10);  // a second item under one key
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{3, 4, 1, 2, 5}));
+  EXPECT_EQ(row.rememberedOrder(),
+            (std::vector<std::string>{"native", "a", "gone", "b", "new", "b#2"}));
+  row.remove(4);
+  row.remove(1);
+  row.insert(6, "gone", Placement::rightmost, 10);
+  row.insert(7, "b", Placement::leftmost, 10);
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{3, 6, 7, 2, 5}));
+}
+
+TEST(ItemRowTest, RemembersNoMoreThanItsLimit) {
+  ItemRow row;
+  row.insert(1, "first", Placement::leftmost, 10);
+  for (int i = 0; i < 1100; ++i) {
+    row.insert(2, "item" + std::to_string(i), Placement::rightmost, 10);
+    row.remove(2);
+  }
+  EXPECT_EQ(row.rememberedOrder().size(), 1000u);
+  EXPECT_EQ(row.rememberedOrder().front(), "first");
+  EXPECT_EQ(row.rememberedOrder().back(), "item1099");
+}
+
+TEST(ItemRowTest, ItemsOfOneKeyTakeTheFirstCopyThatIsFree) {
+  ItemRow row;
+  row.restoreOrder({"a#3", "a#02", "a#x", "a"});
+  for (ItemId id = 1; id <= 4; ++id) row.insert(id, "a", Placement::rightmost, 10);
+  EXPECT_EQ(row.rememberedOrder(),
+            (std::vector<std::string>{"a#3", "a#02", "a#x", "a", "a#2", "a#4"}));
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{3, 1, 2, 4}));
+  row.remove(2);
+  row.insert(5, "a", Placement::rightmost, 10);
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{3, 1, 5, 4}));
+}
+
+TEST(ItemRowTest, AnApplicationOfManyKeysDropsItsOwn) {
+  ItemRow row;
+  row.restoreOrder({"quiet/item", "many/first"});
+  for (int i = 0; i < 1100; ++i) {
+    row.insert(1, "many/" + std::to_string(i), Placement::rightmost, 10);
+    row.remove(1);
+  }
+  const auto keys = row.rememberedOrder();
+  EXPECT_EQ(keys.size(), ItemRow::maximumKeys);
+  EXPECT_EQ(keys.front(), "quiet/item");
+}
+
+struct DragCase {
+  const char* name;
+  std::vector<double> lengths;
+  ItemId item;
+  double by;  // points from the item's centre
+  std::vector<ItemId> expected;
+};
+
+TEST(RowPointerTest, ADraggedItemSwapsWithNeighboursWhoseCentreItPasses) {
+  const DragCase cases[] = {
+      {"below the threshold", {20, 4}, 2, -3.9, {1, 2}},
+      {"up to a neighbour's centre", {20, 20}, 2, -20, {1, 2}},
+      {"past a neighbour's centre", {20, 20}, 2, -20.5, {2, 1}},
+      {"past two", {20, 20, 20}, 3, -41, {3, 1, 2}},
+      {"to the right", {20, 20, 20}, 1, 41, {2, 3, 1}},
+      {"beyond every item", {20, 20, 20}, 1, 4000, {2, 3, 1}},
+      {"a wide one past a narrow one", {4, 60}, 2, -33, {2, 1}},
+      {"a narrow one past a wide one", {60, 4}, 2, -33, {2, 1}},
+  };
+  for (const DragCase& c : cases) {
+    for (const int steps : {1, 6}) {
+      SCOPED_TRACE(std::string(c.name) + " in " + std::to_string(steps));
+      ItemRow row = rowOf(c.lengths);
+      RowPointer pointer(row);
+      const Rect start = *row.frame(c.item);
+      const auto before = row.order();
+      pointer.press({start.midX(), 12}, super);
+      for (int step = 1; step <= steps; ++step) {
+        pointer.drag({start.midX() + c.by * step / steps, 12});
+      }
+      const auto outcome = pointer.release({start.midX() + c.by, 12});
+      EXPECT_EQ(row.order(), c.expected);
+      EXPECT_EQ(outcome.orderSettled, c.expected != before);
+      EXPECT_EQ(outcome.clickedItem, std::nullopt);
+      EXPECT_EQ(pointer.dragOffset(), 0);
+    }
+  }
+}
+
+TEST(RowPointerTest, KeepsThePointerWhereItGrabbedTheItem) {
+  ItemRow row = rowOf({20, 20});
+  RowPointer pointer(row);
+  pointer.press({499, 12}, super);  // 9 right of the centre of item 2
+  pointer.drag({489, 12});
+  EXPECT_EQ(pointer.draggedItem(), 2u);
+  EXPECT_EQ(pointer.dragOffset(), -10);
+  pointer.drag({478, 200});  // height does not matter
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{2, 1}));
+  EXPECT_EQ(pointer.dragOffset(), -1);
+}
+
+TEST(RowPointerTest, CancellingPutsTheItemBack) {
+  ItemRow row = rowOf({20, 20, 20});
+  RowPointer pointer(row);
+  pointer.press({490, 12}, super);
+  pointer.drag({430, 12});
+  ASSERT_EQ(row.order(), (std::vector<ItemId>{3, 1, 2}));
+  pointer.cancel();
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{1, 2, 3}));
+  EXPECT_FALSE(pointer.release({430, 12}).orderSettled);
+}
+
+TEST(RowPointerTest, ItemsThatComeAndGoDuringADragKeepTheirPlaces) {
+  for (const bool moved : {false, true}) {
+    ItemRow row = rowOf({20, 20, 20});
+    RowPointer pointer(row);
+    pointer.press({470, 12}, super);  // item 2
+    pointer.drag({moved ? 440.0 : 465.0, 12});
+    row.remove(1);
+    row.insert(4, "new", Placement::leftmost, 20);
+    row.insert(5, "another", Placement::rightmost, 20);
+    pointer.cancel();
+    EXPECT_EQ(row.order(), (std::vector<ItemId>{4, 2, 3, 5}));
+    EXPECT_EQ(row.rememberedOrder(), (std::vector<std::string>{"new", "1", "2", "3", "another"}));
+  }
+  // One that stays where it was has not been moved by the others.
+  ItemRow row = rowOf({20, 20, 20});
+  RowPointer pointer(row);
+  pointer.press({490, 12}, super);  // item 3
+  pointer.drag({485, 12});
+  row.remove(1);
+  row.insert(4, "new", Placement::leftmost, 20);
+  row.insert(5, "newer", Placement::leftmost, 20);
+  EXPECT_FALSE(pointer.release({489, 12}).orderSettled);
+}
+
+TEST(RowPointerTest, ClicksReachTheItemUnlessSuperIsHeld) {
+  ItemRow row = rowOf({20, 20});
+  RowPointer pointer(row);
+  pointer.press({490, 12}, 0);
+  pointer.drag({485, 12});
+  EXPECT_EQ(pointer.release({485, 12}).clickedItem, 2u);
+  pointer.press({490, 12}, 0);
+  EXPECT_EQ(pointer.release({470, 12}).clickedItem, std::nullopt) << "released on another item";
+  pointer.press({490, 12}, super | 1);
+  EXPECT_EQ(pointer.release({490, 12}).clickedItem, std::nullopt);
+  pointer.press({490, 12}, 0);
+  pointer.forget(2);
+  row.remove(2);
+  EXPECT_EQ(pointer.release({490, 12}).clickedItem, std::nullopt);
+  EXPECT_FALSE(pointer.isPressed());
+}
+
+}  // namespace
+}  // namespace tarnwick::bar

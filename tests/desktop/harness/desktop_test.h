@@ -1,0 +1,32 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+#include "tests/desktop/harness/bar_proxy.h"
+#include "tests/desktop/harness/private_desktop.h"
+#include "tests/desktop/harness/wait.h"
+
+namespace tarnwick::test {
+
+// A test with a desktop of its own. Shows what the desktop's programs printed when it fails.
+class DesktopTest : public testing::Test {
+ protected:
+  explicit DesktopTest(const PrivateDesktop::Parts& parts = {}) : desktop(parts) {}
+
+  void SetUp() override { ASSERT_EQ(desktop.failure(), QString()); }
+  void TearDown() override {
+    if (HasFailure()) {
+      std::cerr << qPrintable(desktop.logs());
+    }
+  }
+
+  PrivateDesktop desktop;
+};
+
+}  // namespace tarnwick::test
+
+inline std::ostream& operator<<(std::ostream& out, const QString& text) {
+  return out << '"' << qPrintable(text) << '"';
+}
