@@ -1,0 +1,166 @@
+// The main job on a virtual desktop with real applications of both tray protocols: two of them are
+// hidden, one is brought back. Prints every item's place at each step, leaves pictures in the
+// folder given (default "out") and fails when an item is not where it should be.
+
+#include <signal.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTextStream>
+#include <algorithm>
+
+#include "tests/desktop/harness/bar_proxy.h"
+#include "tests/desktop/harness/private_desktop.h"
+#include "tests/desktop/harness/wait.h"
+
+using namespace tarnwick::test;
+
+namespace {
+
+volatile sig_atomic_t interrupted = 0;
+
+struct Client {
+  QString program;
+  QString bundleId;
+};
+
+const std::vector<Client> clients = {{"copyq", "com.github.hluk.copyq"},
+                                     {"gxkb", "gxkb"},
+                                     {"diodon", "diodon"},
+                                     {"parcellite", "parcellite"},
+                                     {"volumeicon", "volumeicon"}};
+
+class Demo {
+ public:
+  explicit Demo(const QString& folder) : folder_(folder) { QDir().mkpath(folder); }
+
+  int run();
+
+ private:
+  bool start();
+  // Waits until exactly `hidden` of the applications are out of sight and shows how things stand.
+  bool expectHidden(const QString& step, const QStringList& hidden);
+  void show(const QString& step);
+  bool await(const std::function<bool()>& condition) {
+    return waitFor([&] { return interrupted != 0 || condition(); }) && interrupted == 0;
+  }
+
+  QTextStream out_{stdout};
+  QString folder_;
+  PrivateDesktop desktop_;
+  std::unique_ptr<BarProxy> bar_;
+  BarItems last_;
+  int step_ = 0;
+};
+
+bool Demo::start() {
+  if (!desktop_.failure().isEmpty()) {
+    out_ << "The virtual desktop does not start: " << desktop_.failure() << Qt::endl;
+    return false;
+  }
+  desktop_.grant(QCoreApplication::applicationFilePath(), {"accessibility"});
+  desktop_.grant(PrivateDesktop::pathOf("tarnwick"), {"accessibility", "screen-capture"});
+  desktop_.start("tarnwick-bar");
+  bar_ = std::make_unique<BarProxy>(desktop_.bus());
+  if (!await([&] { return bar_->running(); })) {
+    out_ << "The bar does not start.\n" << desktop_.logs() << Qt::endl;
+    return false;
+  }
+  for (const Client& client : clients) {
+    desktop_.start(client.program);
+  }
+  const bool shown = await([&] {
+    return std::all_of(clients.begin(), clients.end(), [&](const Client& client) {
+      return !bar_->itemsOf(client.bundleId).empty();
+    });
+  });
+  desktop_.start("tarnwick");
+  const bool started = shown && await([&] { return bar_->find("tarnwick.handle").has_value(); });
+  if (!started) {
+    out_ << "These items came up:\n" << describe(bar_->leftToRight()) << desktop_.logs();
+    out_ << "Not every item came up." << Qt::endl;
+  }
+  return started;
+}
+
+void Demo::show(const QString& step) {
+  const BarItems items = bar_->leftToRight();
+  out_ << "\n" << ++step_ << ". " << step << "\n\n" << describe(items);
+  for (const BarItem& item : items) {
+    const auto before = std::find_if(last_.begin(), last_.end(),
+                                     [&](const BarItem& old) { return old.id == item.id; });
+    if (item.kind != "native" && before != last_.end() &&
+        (before->centre() > 0) != (item.centre() > 0)) {
+      out_ << (item.centre() > 0 ? "  came back:  " : "  left the bar:  ") << item.bundleId
+           << QStringLiteral(" from x = %1 to x = %2\n").arg(before->frame.x()).arg(item.frame.x());
+    }
+  }
+  last_ = items;
+  const QString picture = QStringLiteral("%1/%2-%3.png")
+                              .arg(folder_)
+                              .arg(step_)
+                              .arg(step.section(':', 0, 0).toLower().replace(' ', '-'));
+  desktop_.screenshot().save(picture);
+  out_ << "  picture: " << picture << Qt::endl;
+}
+
+bool Demo::expectHidden(const QString& step, const QStringList& hidden) {
+  const double right = bar_->frame().right();
+  BarItems misplaced;
+  const bool reached = await([&] {
+    misplaced = bar_->items();
+    const bool listed = std::all_of(clients.begin(), clients.end(), [&](const Client& client) {
+      return std::any_of(misplaced.begin(), misplaced.end(),
+                         [&](const BarItem& item) { return item.bundleId == client.bundleId; });
+    });
+    std::erase_if(misplaced, [&](const BarItem& item) {
+      const bool shouldHide = hidden.contains(item.bundleId);
+      const bool inside = item.centre() > 0 && item.centre() < right;
+      return item.hint == "tarnwick.boundary" ||
+             (shouldHide ? item.centre() <= 0 : inside && item.frame.left() >= 0);
+    });
+    return listed && misplaced.empty();
+  });
+  show(step);
+  if (!reached) {
+    out_ << "NOT where they should be:\n" << describe(misplaced) << desktop_.logs() << Qt::endl;
+  }
+  return reached;
+}
+
+int Demo::run() {
+  QElapsedTimer timer;
+  timer.start();
+  if (!start() || !expectHidden("Before: everything is in the bar", {})) {
+    return 1;
+  }
+  const QString first = clients[0].bundleId;   // a StatusNotifierItem
+  const QString second = clients[3].bundleId;  // an XEmbed icon
+  const auto hide = [&](const QString& id) { return desktop_.activateAction("hide", id); };
+  const auto release = [&](const QString& id) { return desktop_.activateAction("release", id); };
+  // One after the other: a pass that is asked for during a pass is dropped.
+  const bool done = hide(first) && expectHidden("One hidden: " + first, {first}) && hide(second) &&
+                    expectHidden("Two hidden: " + first + " and " + second, {first, second}) &&
+                    release(first) && expectHidden("Released: " + first, {second});
+  if (interrupted != 0) {
+    out_ << "\nInterrupted." << Qt::endl;
+    return 130;
+  }
+  out_ << (done ? "\nEvery item is where it should be. " : "\nFAILED. ")
+       << QStringLiteral("%1 s.").arg(static_cast<double>(timer.elapsed()) / 1000, 0, 'f', 1)
+       << Qt::endl;
+  return done ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication application(argc, argv);
+  struct sigaction action = {};
+  action.sa_handler = [](int) { interrupted = 1; };
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    sigaction(number, &action, nullptr);
+  }
+  return Demo(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("out")).run();
+}
