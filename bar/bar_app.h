@@ -10,7 +10,6 @@
 #include "bar/access/access_control.h"
 #include "bar/access/access_store.h"
 #include "bar/access/callers.h"
-#include "bar/appearance.h"
 #include "bar/bar_settings.h"
 #include "bar/bar_window.h"
 #include "bar/board.h"
@@ -20,6 +19,7 @@
 #include "bar/sni/sni_host.h"
 #include "bar/x11/active_application.h"
 #include "bar/x11/tray_manager.h"
+#include "look/appearance.h"
 
 namespace tarnwick::bar {
 

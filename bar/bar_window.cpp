@@ -141,11 +141,7 @@ void BarWindow::applyAppearance() {
 }
 
 void BarWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange) {
-    place();
-  } else if (event->type() == QEvent::PaletteChange) {
-    appearance_.paletteChanged();
-  }
+  if (event->type() == QEvent::FontChange) place();
   QWidget::changeEvent(event);
 }
 

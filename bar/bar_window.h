@@ -7,7 +7,7 @@
 #include <map>
 #include <optional>
 
-#include "bar/appearance.h"
+#include "look/appearance.h"
 #include "bar/bar_settings.h"
 #include "bar/board.h"
 #include "bar/clock.h"

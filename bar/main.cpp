@@ -13,7 +13,7 @@
 #include <memory>
 
 #include "bar/bar_app.h"
-#include "bar/icon_theme.h"
+#include "look/icon_theme.h"
 
 namespace {
 
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return fail("no session bus");
-  tarnwick::bar::chooseIconTheme();
+  tarnwick::chooseIconTheme();
 
   tarnwick::bar::BarApp bar(bus);
   QSocketNotifier stop(stopEvent, QSocketNotifier::Read);

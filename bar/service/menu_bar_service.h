@@ -7,9 +7,9 @@
 
 #include "bar/access/access_control.h"
 #include "bar/access/callers.h"
-#include "bar/appearance.h"
 #include "bar/board.h"
 #include "bar/native/native_items.h"
+#include "look/appearance.h"
 
 namespace tarnwick::bar {
 

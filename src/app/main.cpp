@@ -11,6 +11,8 @@
 #include "app/app_delegate.h"
 #include "app/application_service.h"
 #include "app/services.h"
+#include "look/appearance.h"
+#include "look/icon_theme.h"
 
 int main(int, char** argv) {
   using namespace tarnwick;
@@ -42,6 +44,9 @@ int main(int, char** argv) {
   }
 
   const QuitSignals quitSignals;
+  chooseIconTheme();
+  Appearance appearance(bus);
+  appearance.start();
   Services services(bus);
   const auto delegate = std::make_shared<AppDelegate>(services.desktop());
   service.serve(services.desktop(), delegate);

@@ -7,10 +7,11 @@
 
 class QDBusVariant;
 
-namespace tarnwick::bar {
+namespace tarnwick {
 
 // Light or dark, as the desktop wants it: the settings portal's colour scheme where there is one,
-// else the lightness of the toolkit's palette. The bar's windows and menus follow.
+// else the lightness of the toolkit's palette. Every window and menu of the program follows. Needs
+// a QApplication; one per program.
 class Appearance : public QObject {
   Q_OBJECT
 
@@ -22,10 +23,10 @@ class Appearance : public QObject {
   QColor foreground() const;  // of its text and of template pictures
   QColor hairline() const;    // along its lower edge
 
-  // Asks the portal, if it runs, and follows it from then on. Never starts it.
+  // Asks the portal, if it runs, and follows it and the toolkit from then on. Never starts it.
   void start();
-  // The toolkit's palette is another one now.
-  void paletteChanged();
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  signals:
   void changed();
@@ -39,6 +40,7 @@ class Appearance : public QObject {
 
   void askPortal(const QString& method);
   void take(Scheme scheme);
+  void paletteChanged();
   void update();
 
   QDBusConnection bus_;
@@ -48,4 +50,4 @@ class Appearance : public QObject {
   bool replaced_ = false;  // the application's palette is one of ours
 };
 
-}  // namespace tarnwick::bar
+}  // namespace tarnwick

@@ -1,9 +1,9 @@
 #pragma once
 
-namespace tarnwick::bar {
+namespace tarnwick {
 
 // Where the toolkit knows of no icon theme: the one other toolkits are set to, else one that is
 // installed.
 void chooseIconTheme();
 
-}  // namespace tarnwick::bar
+}  // namespace tarnwick

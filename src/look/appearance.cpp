@@ -1,4 +1,4 @@
-#include "bar/appearance.h"
+#include "look/appearance.h"
 
 #include <QApplication>
 #include <QDBusMessage>
@@ -7,7 +7,7 @@
 #include <QDBusVariant>
 #include <utility>
 
-namespace tarnwick::bar {
+namespace tarnwick {
 
 namespace {
 
@@ -78,6 +78,7 @@ QColor Appearance::hairline() const {
 }
 
 void Appearance::start() {
+  qApp->installEventFilter(this);
   bus_.connect(portalService(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"),
                this, SLOT(settingChanged(QString, QString, QDBusVariant)));
   const QString bus = QStringLiteral("org.freedesktop.DBus");
@@ -141,10 +142,15 @@ void Appearance::update() {
   emit changed();
 }
 
+bool Appearance::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange) paletteChanged();
+  return QObject::eventFilter(watched, event);
+}
+
 void Appearance::paletteChanged() {
   if (replaced_ || QApplication::palette() == desktopPalette_) return;
   desktopPalette_ = QApplication::palette();
   update();
 }
 
-}  // namespace tarnwick::bar
+}  // namespace tarnwick

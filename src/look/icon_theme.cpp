@@ -1,4 +1,4 @@
-#include "bar/icon_theme.h"
+#include "look/icon_theme.h"
 
 #include <QFile>
 #include <QIcon>
@@ -6,7 +6,7 @@
 
 #include "adapters/desktop/json_file.h"
 
-namespace tarnwick::bar {
+namespace tarnwick {
 
 namespace {
 
@@ -42,4 +42,4 @@ void chooseIconTheme() {
   if (!theme.isEmpty()) QIcon::setThemeName(theme);
 }
 
-}  // namespace tarnwick::bar
+}  // namespace tarnwick
