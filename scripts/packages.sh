@@ -2,12 +2,12 @@
 
 build_packages="g++ cmake ninja-build pkg-config qt6-base-dev nlohmann-json3-dev libgtest-dev
   libbenchmark-dev libxcb1-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
-  libxcb-randr0-dev libxcb-res0-dev libxcb-xinput-dev"
+  libxcb-randr0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xinput-dev"
 
 run_packages="libqt6svg6 libqt6gui6 dbus-daemon adwaita-icon-theme fonts-dejavu-core"
 
 # A virtual desktop and third-party status items to live in it.
-desktop_packages="xvfb openbox xdotool copyq diodon gxkb parcellite volumeicon-alsa"
+desktop_packages="xvfb openbox picom at-spi2-core xdotool copyq diodon gxkb parcellite volumeicon-alsa"
 
 check_packages="clang-format"
 

@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <algorithm>
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -22,6 +23,7 @@ constexpr uint primaryOwner = 1;
 constexpr int daemonDeadline = 5000;    // milliseconds
 constexpr int activateDeadline = 2000;  // milliseconds
 constexpr qsizetype longestIdentifier = 1000;
+constexpr Duration revealLength = std::chrono::seconds(15);
 
 // The one string of an action's parameters.
 std::optional<std::string> identifierIn(const QVariantList& parameters) {
@@ -81,33 +83,42 @@ void ApplicationService::Open(const QStringList&, const QVariantMap& platformDat
   Activate(platformData);
 }
 
-// Written first, then acted upon, as the settings do it: the pass reads the stored set.
 void ApplicationService::ActivateAction(const QString& action, const QVariantList& parameters,
                                         const QVariantMap&) {
-  const auto delegate = delegate_.lock();
   const auto identifier = identifierIn(parameters);
-  const bool hide = action == QLatin1String("hide");
-  if (!identifier || (!hide && action != QLatin1String("release"))) {
+  const auto delegate = delegate_.lock();
+  const auto controller = delegate ? delegate->menuBarController() : nullptr;
+  if (action == QLatin1String("toggle-panel") && parameters.isEmpty()) {
+    if (controller) controller->togglePanel();
+  } else if (action == QLatin1String("reveal") && parameters.isEmpty()) {
+    if (controller) controller->revealTemporarily(revealLength);
+  } else if (action == QLatin1String("hide") && identifier) {
+    if (controller) hide(*controller, *identifier);
+  } else if (action == QLatin1String("release") && identifier) {
+    if (controller) release(*controller, *identifier);
+  } else {
     sendErrorReply(QDBusError::InvalidArgs,
-                   QStringLiteral("The actions are hide and release, each with one string"));
-    return;
+                   QStringLiteral("The actions are toggle-panel and reveal, and hide and release, "
+                                  "each with one string"));
   }
-  if (!delegate) return;
+}
+
+// Written first, then acted upon, as the settings do it: the pass reads the stored set.
+void ApplicationService::hide(MenuBarController& controller, const std::string& bundleId) {
   const Preferences preferences(desktop_->defaults);
   auto hidden = preferences.hiddenBundleIds();
-  const bool stored = std::find(hidden.begin(), hidden.end(), *identifier) != hidden.end();
-  if (hide) {
-    hidden.push_back(*identifier);
-  } else {
-    std::erase(hidden, *identifier);
+  if (std::find(hidden.begin(), hidden.end(), bundleId) == hidden.end()) {
+    hidden.push_back(bundleId);
+    preferences.setHiddenBundleIds(std::move(hidden));
   }
-  if (stored != hide) preferences.setHiddenBundleIds(std::move(hidden));
-  const auto& controller = delegate->menuBarController();
-  if (hide) {
-    controller->enforceStow();
-  } else {
-    controller->unstow(*identifier);
-  }
+  controller.enforceStow();
+}
+
+void ApplicationService::release(MenuBarController& controller, const std::string& bundleId) {
+  const Preferences preferences(desktop_->defaults);
+  auto hidden = preferences.hiddenBundleIds();
+  if (std::erase(hidden, bundleId) > 0) preferences.setHiddenBundleIds(std::move(hidden));
+  controller.unstow(bundleId);
 }
 
 }  // namespace tarnwick

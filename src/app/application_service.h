@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <memory>
+#include <string>
 
 #include "app/app_delegate.h"
 #include "platform/desktop.h"
@@ -13,8 +14,8 @@
 namespace tarnwick {
 
 // The process on the session bus: the name org.tarnwick.Tarnwick, which only one process owns, and
-// the object /org/tarnwick/Tarnwick with org.freedesktop.Application. Actions, each with one
-// string, a bundle identifier: "hide" and "release".
+// the object /org/tarnwick/Tarnwick with org.freedesktop.Application. Actions: "toggle-panel" and
+// "reveal" (for 15 seconds), and with one string each, a bundle identifier, "hide" and "release".
 class ApplicationService : public QObject, protected QDBusContext {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -38,6 +39,9 @@ class ApplicationService : public QObject, protected QDBusContext {
                       const QVariantMap& platformData);
 
  private:
+  void hide(MenuBarController& controller, const std::string& bundleId);
+  void release(MenuBarController& controller, const std::string& bundleId);
+
   QDBusConnection bus_;
   Desktop* desktop_ = nullptr;
   std::weak_ptr<AppDelegate> delegate_;

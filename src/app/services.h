@@ -18,6 +18,7 @@
 #include "adapters/qt/qt_panel_window.h"
 #include "adapters/qt/qt_screens.h"
 #include "adapters/x11/raw_presses.h"
+#include "adapters/x11/window_effects.h"
 #include "platform/desktop.h"
 
 namespace tarnwick {
@@ -47,7 +48,7 @@ class Services {
   BarStatusBar statusBar_{bar_};
   BarWindowCapture windowCapture_{loop_, bar_};
   PngFiles pictures_;
-  QtPanelWindows panelWindows_{x11::isComposited};
+  QtPanelWindows panelWindows_{{x11::isComposited, x11::cutWindow}};
   x11::RawPresses presses_;
   QtMenus menus_{loop_, presses_};
   Desktop desktop_{loop_,         accessibility_, pointer_,     workspace_,     statusBar_,

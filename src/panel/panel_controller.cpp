@@ -35,12 +35,15 @@ void PanelController::show(std::optional<Rect> below) {
     refreshPictures(desktop_.loop, weak_from_this());
   }
   outsideClickMonitor_ = desktop_.eventMonitors.addGlobalPressMonitor(
-      [&loop = desktop_.loop, weak = weak_from_this()] { closeOnPress(loop, weak); });
+      [&loop = desktop_.loop, weak = weak_from_this()] { closeSoon(loop, weak); });
+  barWatch_ = desktop_.statusBar.onVanished(
+      [&loop = desktop_.loop, weak = weak_from_this()] { closeSoon(loop, weak); });
 }
 
 void PanelController::close() {
   if (panel_) panel_->orderOut();
   outsideClickMonitor_.reset();
+  barWatch_.reset();
 }
 
 Task PanelController::refreshPictures(MainLoop&, std::weak_ptr<PanelController> controller) {
@@ -49,7 +52,7 @@ Task PanelController::refreshPictures(MainLoop&, std::weak_ptr<PanelController> 
   if (self && self->isVisible()) self->applyContent();
 }
 
-Task PanelController::closeOnPress(MainLoop&, std::weak_ptr<PanelController> controller) {
+Task PanelController::closeSoon(MainLoop&, std::weak_ptr<PanelController> controller) {
   if (const auto self = controller.lock()) self->close();
   co_return;
 }

@@ -41,7 +41,7 @@ class PanelController : public std::enable_shared_from_this<PanelController> {
 
  private:
   static Task refreshPictures(MainLoop& loop, std::weak_ptr<PanelController> controller);
-  static Task closeOnPress(MainLoop& loop, std::weak_ptr<PanelController> controller);
+  static Task closeSoon(MainLoop& loop, std::weak_ptr<PanelController> controller);
 
   PanelWindow& ensure();
   void place(PanelWindow& window);
@@ -53,6 +53,7 @@ class PanelController : public std::enable_shared_from_this<PanelController> {
   std::unique_ptr<PanelWindow> panel_;
   std::optional<Rect> lastAnchorFrame_;
   Registration outsideClickMonitor_;  // present while the panel is shown
+  Registration barWatch_;             // likewise: a panel below no handle goes away
 };
 
 }  // namespace tarnwick

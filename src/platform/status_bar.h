@@ -8,6 +8,7 @@
 
 #include "platform/drawing.h"
 #include "platform/geometry.h"
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -43,6 +44,9 @@ class StatusBar {
   // items already there. The user cannot remove it.
   [[nodiscard]] virtual std::unique_ptr<StatusItem> addItem(double length,
                                                             const std::string& autosaveName) = 0;
+
+  // Called whenever the bar has gone.
+  virtual Registration onVanished(std::function<void()> callback) = 0;
 };
 
 }  // namespace tarnwick

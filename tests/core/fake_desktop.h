@@ -111,6 +111,7 @@ class FakeDesktop : public Accessibility,
   };
   PanelWindowState* panelWindow = nullptr;  // the last one made
   CallbackList outsidePresses;
+  CallbackList barVanished;
   int pressMonitors = 0;  // installed now
 
   struct ShownMenu {
@@ -146,6 +147,9 @@ class FakeDesktop : public Accessibility,
 
   // StatusBar
   std::unique_ptr<StatusItem> addItem(double length, const std::string& autosaveName) override;
+  Registration onVanished(std::function<void()> callback) override {
+    return barVanished.add(std::move(callback));
+  }
 
   // Screens
   std::vector<Screen> all() const override { return screens; }

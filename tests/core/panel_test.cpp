@@ -135,6 +135,11 @@ TEST_F(PanelTest, TogglesByClicksAndClosesOnPressesElsewhere) {
   desktop.loop.runPosted();
   EXPECT_FALSE(isOpen());
   EXPECT_EQ(desktop.pressMonitors, 0);
+  controller().togglePanel();
+  EXPECT_TRUE(isOpen());
+  desktop.barVanished.notify();
+  desktop.loop.runPosted();
+  EXPECT_FALSE(isOpen()) << "no handle, no panel";
   EXPECT_EQ(desktop.warps.size() + desktop.posted.size(), 0u);
 }
 

@@ -71,6 +71,7 @@ BarStatusBar::BarStatusBar(BarConnection& bar) : bar_(bar), pixelsPerPoint_(pict
   });
   connect(&bar_, &BarConnection::vanished, this, [this] {
     for (const auto& entry : entries_) entry->id.reset();
+    vanished_.notify();
   });
   connect(&bar_, &BarConnection::itemClicked, this, &BarStatusBar::onClicked);
   connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this] { watchPrimaryScreen(); });

@@ -7,9 +7,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "adapters/bar/bar_connection.h"
+#include "platform/callback_list.h"
 #include "platform/status_bar.h"
 
 namespace tarnwick {
@@ -23,6 +25,9 @@ class BarStatusBar : public QObject, public StatusBar {
   explicit BarStatusBar(BarConnection& bar);
 
   std::unique_ptr<StatusItem> addItem(double length, const std::string& autosaveName) override;
+  Registration onVanished(std::function<void()> callback) override {
+    return vanished_.add(std::move(callback));
+  }
 
   // Whether one of our items stands there now, as far as the bar tells.
   bool hasItemAt(Point place);
@@ -50,6 +55,7 @@ class BarStatusBar : public QObject, public StatusBar {
   BarConnection& bar_;
   std::vector<EntryPtr> entries_;
   double pixelsPerPoint_ = 2;
+  CallbackList vanished_;
 };
 
 }  // namespace tarnwick

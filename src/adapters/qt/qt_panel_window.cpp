@@ -2,11 +2,9 @@
 
 #include <QGuiApplication>
 #include <QPainter>
-#include <QRegion>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QWidget>
 #include <cmath>
 
 #include "adapters/qt/panel_content.h"
@@ -28,10 +26,10 @@ QSize toQSize(Size size) {
 // The window itself: it draws the ground and scrolls the content when that is larger.
 class PanelWidget : public QWidget {
  public:
-  explicit PanelWidget(std::function<bool()> isComposited)
+  explicit PanelWidget(QtPanelWindows::Effects effects)
       : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                              Qt::WindowDoesNotAcceptFocus | Qt::X11BypassWindowManagerHint),
-        isComposited_(std::move(isComposited)) {
+        effects_(std::move(effects)) {
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_AlwaysShowToolTips);
@@ -57,7 +55,7 @@ class PanelWidget : public QWidget {
   QSize fittingSize() const { return scroll_.widget() ? scroll_.widget()->sizeHint() : QSize(); }
 
   void present() {
-    composited_ = isComposited_();
+    composited_ = effects_.isComposited();
     updateShape();
     show();
     raise();
@@ -92,7 +90,9 @@ class PanelWidget : public QWidget {
     }
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
-    painter.drawRoundedRect(groundRect(), Metrics::cornerRadius, Metrics::cornerRadius);
+    // Where the window is cut, half transparent corners would show as dark ones.
+    const double radius = composited_ ? Metrics::cornerRadius : 0;
+    painter.drawRoundedRect(groundRect(), radius, radius);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.setPen(QPen(line, 1));
     painter.setBrush(Qt::NoBrush);
@@ -107,34 +107,21 @@ class PanelWidget : public QWidget {
   }
 
   void updateShape() {
-    if (composited_) {
-      clearMask();
-      return;
-    }
-    // Corners of circles, not of the few-sided polygon that a path would become.
-    const QRect ground = groundRect().toRect();
-    constexpr int diameter = static_cast<int>(2 * Metrics::cornerRadius);
-    QRegion shape = QRegion(ground.adjusted(diameter / 2, 0, -diameter / 2, 0)) +
-                    QRegion(ground.adjusted(0, diameter / 2, 0, -diameter / 2));
-    QRect corner(0, 0, diameter, diameter);
-    for (const bool right : {false, true}) {
-      for (const bool bottom : {false, true}) {
-        corner.moveLeft(right ? ground.right() + 1 - diameter : ground.left());
-        corner.moveTop(bottom ? ground.bottom() + 1 - diameter : ground.top());
-        shape += QRegion(corner, QRegion::Ellipse);
-      }
-    }
-    setMask(shape);
+    const double scale = devicePixelRatioF();
+    const QRectF ground = groundRect();
+    const QRect pixels = QRectF(ground.topLeft() * scale, ground.size() * scale).toRect();
+    effects_.cut(winId(), composited_ ? std::nullopt : std::optional(pixels),
+                 qRound(Metrics::cornerRadius * scale));
   }
 
-  std::function<bool()> isComposited_;
+  QtPanelWindows::Effects effects_;
   bool composited_ = false;
   QScrollArea scroll_{this};
 };
 
 class QtPanelWindow : public PanelWindow {
  public:
-  explicit QtPanelWindow(std::function<bool()> isComposited) : widget_(std::move(isComposited)) {}
+  explicit QtPanelWindow(QtPanelWindows::Effects effects) : widget_(std::move(effects)) {}
 
   void setRootView(const PanelView& view) override { widget_.setContent(view); }
   Size fittingSize() const override {
@@ -161,7 +148,7 @@ class QtPanelWindow : public PanelWindow {
 }  // namespace
 
 std::unique_ptr<PanelWindow> QtPanelWindows::makePanelWindow() {
-  return std::make_unique<QtPanelWindow>(isComposited_);
+  return std::make_unique<QtPanelWindow>(effects_);
 }
 
 }  // namespace tarnwick

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QRect>
+#include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "platform/panel_window.h"
 
@@ -12,14 +15,19 @@ namespace tarnwick {
 // and a shadow, else corners cut by shape.
 class QtPanelWindows : public PanelWindows {
  public:
-  // `isComposited` tells whether a compositor runs now.
-  explicit QtPanelWindows(std::function<bool()> isComposited)
-      : isComposited_(std::move(isComposited)) {}
+  struct Effects {
+    // Whether a compositor runs now.
+    std::function<bool()> isComposited;
+    // Cuts a window to a rounded rectangle or, with nothing, gives it its whole shape again. In
+    // device pixels of the window.
+    std::function<void(WId, const std::optional<QRect>&, int cornerRadius)> cut;
+  };
+  explicit QtPanelWindows(Effects effects) : effects_(std::move(effects)) {}
 
   std::unique_ptr<PanelWindow> makePanelWindow() override;
 
  private:
-  std::function<bool()> isComposited_;
+  Effects effects_;
 };
 
 }  // namespace tarnwick

@@ -1,14 +1,13 @@
 #include "adapters/x11/raw_presses.h"
 
-#include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <utility>
+
+#include "adapters/x11/server.h"
 
 namespace tarnwick::x11 {
 
@@ -16,22 +15,6 @@ namespace {
 
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
-
-struct Free {
-  void operator()(void* reply) const { std::free(reply); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
-
-xcb_connection_t* server() {
-  const auto* qt =
-      qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-  return qt ? qt->connection() : nullptr;
-}
-
-xcb_window_t rootOf(xcb_connection_t* connection) {
-  return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-}
 
 std::optional<QPoint> pointerPlace() {
   xcb_connection_t* const connection = server();
@@ -42,18 +25,6 @@ std::optional<QPoint> pointerPlace() {
 }
 
 }  // namespace
-
-bool isComposited() {
-  xcb_connection_t* const connection = server();
-  if (!connection) return false;
-  constexpr char name[] = "_NET_WM_CM_S0";
-  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-      connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
-  if (!atom) return false;
-  const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-      connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
-  return owner && owner->owner != XCB_WINDOW_NONE;
-}
 
 RawPresses::RawPresses(std::function<bool(QPoint)> isOurs) : isOurs_(std::move(isOurs)) {
   qApp->installNativeEventFilter(this);

@@ -8,9 +8,6 @@
 
 namespace tarnwick::x11 {
 
-// Whether a compositing manager runs now (the selection _NET_WM_CM_Sn has an owner).
-bool isComposited();
-
 // Presses of the left and right button anywhere on the X server, also during other clients' grabs:
 // raw events of XInput 2.2. Nothing is grabbed or swallowed. Watches only while somebody listens.
 class RawPresses : public EventMonitors, public QAbstractNativeEventFilter {

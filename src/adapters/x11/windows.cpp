@@ -1,24 +1,16 @@
 #include "adapters/x11/windows.h"
 
-#include <xcb/xcb.h>
-
-#include <QGuiApplication>
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "adapters/x11/server.h"
+
 namespace tarnwick::x11 {
 
 namespace {
-
-struct Free {
-  void operator()(void* reply) const { std::free(reply); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
 
 constexpr std::size_t mostWindows = 1000;
 constexpr std::uint32_t mostDesktops = 64;
@@ -45,8 +37,8 @@ struct Server {
   std::array<xcb_atom_t, atomCount> atoms{};
 
   static const Server* get() {
-    static const Server server;
-    return server.connection ? &server : nullptr;
+    static const Server instance;
+    return instance.connection ? &instance : nullptr;
   }
 
   xcb_get_property_cookie_t ask(xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
@@ -72,10 +64,9 @@ struct Server {
 
  private:
   Server() {
-    const auto* qt = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!qt) return;
-    connection = qt->connection();
-    root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    connection = server();
+    if (!connection) return;
+    root = rootOf(connection);
     std::array<xcb_intern_atom_cookie_t, atomCount> cookies{};
     for (std::size_t i = 0; i < atomCount; ++i) {
       cookies[i] = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(atomNames[i].size()),

@@ -249,11 +249,13 @@ nlohmann::json PrivateDesktop::readJson(const QString& path) const {
   return nlohmann::json::parse(readFile(path).toStdString(), nullptr, false);
 }
 
-bool PrivateDesktop::activateAction(const QString& name, const QString& parameter) const {
+bool PrivateDesktop::activateAction(const QString& name, const QString& application) const {
   QDBusMessage message =
       QDBusMessage::createMethodCall("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick",
                                      "org.freedesktop.Application", "ActivateAction");
-  message.setArguments({name, QVariantList{parameter}, QVariantMap()});
+  const QVariantList parameters =
+      application.isEmpty() ? QVariantList() : QVariantList{application};
+  message.setArguments({name, parameters, QVariantMap()});
   message.setAutoStartService(false);
   return bus_->call(message, QDBus::Block, 5000).type() == QDBusMessage::ReplyMessage;
 }

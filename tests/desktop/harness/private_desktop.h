@@ -61,9 +61,9 @@ class PrivateDesktop {
   nlohmann::json readDefaults() const;
   nlohmann::json readJson(const QString& path) const;
 
-  // Asks the running utility for one of its actions ("hide", "release" of an application); false
-  // when it does not answer.
-  bool activateAction(const QString& name, const QString& parameter) const;
+  // Asks the running utility for one of its actions: "toggle-panel", "reveal", and of an
+  // application "hide" and "release". False when it does not answer.
+  bool activateAction(const QString& name, const QString& application = {}) const;
 
   // The screen as it is now; null without an X server.
   QImage screenshot() const;

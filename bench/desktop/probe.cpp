@@ -1,4 +1,4 @@
-#include "bench/desktop_probe.h"
+#include "bench/desktop/probe.h"
 
 #include <poll.h>
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QRect>
+#include <cstdint>
+#include <optional>
+
+namespace tarnwick::x11 {
+
+// Whether a compositing manager runs now (the selection _NET_WM_CM_Sn has an owner).
+bool isComposited();
+
+// Cuts a window to a rounded rectangle, in the window's own device pixels; nothing gives it its
+// whole rectangle again. Presses outside fall through.
+void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int cornerRadius);
+
+}  // namespace tarnwick::x11

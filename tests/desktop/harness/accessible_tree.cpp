@@ -1,0 +1,137 @@
+#include "tests/desktop/harness/accessible_tree.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QUuid>
+#include <utility>
+
+#include "tests/desktop/harness/wait.h"
+
+namespace tarnwick::test {
+
+namespace {
+
+constexpr auto launcher = "/usr/libexec/at-spi-bus-launcher";
+constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
+constexpr auto actionInterface = "org.a11y.atspi.Action";
+constexpr auto root = "/org/a11y/atspi/accessible/root";
+constexpr int timeOut = 5000;  // milliseconds
+constexpr int deepest = 30;
+
+using Reference = std::pair<QString, QString>;  // bus name and path
+
+std::vector<Reference> references(const QVariantList& reply) {
+  std::vector<Reference> result;
+  if (reply.isEmpty()) return result;
+  const auto argument = reply.constFirst().value<QDBusArgument>();
+  if (argument.currentType() != QDBusArgument::ArrayType) return result;
+  argument.beginArray();
+  while (!argument.atEnd()) {
+    QString busName;
+    QDBusObjectPath path;
+    argument.beginStructure();
+    argument >> busName >> path;
+    argument.endStructure();
+    result.emplace_back(busName, path.path());
+  }
+  argument.endArray();
+  return result;
+}
+
+}  // namespace
+
+AccessibleTree::AccessibleTree(PrivateDesktop& desktop) {
+  desktop.unsetVariable("NO_AT_BRIDGE");
+  desktop.setVariable("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
+  desktop.start(launcher, {"--launch-immediately"});
+  QString address;
+  const bool answered = waitFor([&] {
+    QDBusMessage message = QDBusMessage::createMethodCall("org.a11y.Bus", "/org/a11y/bus",
+                                                          "org.a11y.Bus", "GetAddress");
+    message.setAutoStartService(false);
+    const QDBusReply<QString> reply = desktop.bus().call(message, QDBus::Block, timeOut);
+    address = reply.value();
+    return !address.isEmpty();
+  });
+  const QString name = QUuid::createUuid().toString();
+  bus_ = std::make_unique<QDBusConnection>(answered ? QDBusConnection::connectToBus(address, name)
+                                                    : QDBusConnection(name));
+}
+
+AccessibleTree::~AccessibleTree() {
+  QDBusConnection::disconnectFromBus(bus_->name());
+}
+
+QVariantList AccessibleTree::call(const QString& busName, const QString& path,
+                                  const char* interface, const char* method,
+                                  const QVariantList& arguments) {
+  QDBusMessage message = QDBusMessage::createMethodCall(busName, path, interface, method);
+  message.setArguments(arguments);
+  const QDBusMessage reply = bus_->call(message, QDBus::Block, timeOut);
+  return reply.type() == QDBusMessage::ReplyMessage ? reply.arguments() : QVariantList();
+}
+
+QString AccessibleTree::property(const QString& busName, const QString& path, const char* interface,
+                                 const char* name) {
+  const QVariantList reply =
+      call(busName, path, "org.freedesktop.DBus.Properties", "Get", {interface, name});
+  return reply.value(0).value<QDBusVariant>().variant().toString();
+}
+
+void AccessibleTree::collect(const QString& busName, const QString& path, int depth,
+                             std::vector<Accessible>& into) {
+  Accessible object{busName,
+                    path,
+                    property(busName, path, accessibleInterface, "Name"),
+                    call(busName, path, accessibleInterface, "GetRoleName").value(0).toString(),
+                    {}};
+  const QString count = property(busName, path, "org.a11y.atspi.Text", "CharacterCount");
+  if (!count.isEmpty()) {
+    object.text = call(busName, path, "org.a11y.atspi.Text", "GetText", {0, count.toInt()})
+                      .value(0)
+                      .toString();
+  }
+  into.push_back(std::move(object));
+  if (depth == deepest) return;
+  for (const auto& [childBus, childPath] :
+       references(call(busName, path, accessibleInterface, "GetChildren"))) {
+    if (childBus == busName) collect(childBus, childPath, depth + 1, into);
+  }
+}
+
+std::vector<Accessible> AccessibleTree::objectsOf(const QString& application) {
+  std::vector<Accessible> result;
+  for (const auto& [busName, path] :
+       references(call("org.a11y.atspi.Registry", root, accessibleInterface, "GetChildren"))) {
+    if (property(busName, path, accessibleInterface, "Name") == application) {
+      collect(busName, path, 0, result);
+    }
+  }
+  return result;
+}
+
+std::optional<Accessible> AccessibleTree::find(const QString& application, const QString& name,
+                                               const QString& role) {
+  for (const Accessible& object : objectsOf(application)) {
+    if (object.name == name && (role.isEmpty() || object.role == role)) return object;
+  }
+  return std::nullopt;
+}
+
+QStringList AccessibleTree::actions(const Accessible& object) {
+  QStringList names;
+  const int count = property(object.busName, object.path, actionInterface, "NActions").toInt();
+  for (int i = 0; i < count; ++i) {
+    names += call(object.busName, object.path, actionInterface, "GetName", {i}).value(0).toString();
+  }
+  return names;
+}
+
+bool AccessibleTree::doAction(const Accessible& object, int index) {
+  return call(object.busName, object.path, actionInterface, "DoAction", {index}).value(0).toBool();
+}
+
+}  // namespace tarnwick::test

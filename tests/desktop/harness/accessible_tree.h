@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "tests/desktop/harness/private_desktop.h"
+
+namespace tarnwick::test {
+
+// One object of an application's accessibility tree.
+struct Accessible {
+  QString busName;
+  QString path;
+  QString name;
+  QString role;  // "push button", "check box", ...
+  QString text;  // of its Value or Text interface; empty when it has none
+};
+
+// The desktop's accessibility tree, as a screen reader sees it (AT-SPI over D-Bus). Programs that
+// are to be in it are started after it.
+class AccessibleTree {
+ public:
+  explicit AccessibleTree(PrivateDesktop& desktop);
+  ~AccessibleTree();
+
+  // Every object of the application, parents before children.
+  std::vector<Accessible> objectsOf(const QString& application);
+  // The first one of that name and, unless empty, role.
+  std::optional<Accessible> find(const QString& application, const QString& name,
+                                 const QString& role = {});
+
+  QStringList actions(const Accessible& object);
+  // Does an object's action, usually 0 for its press; false when it has none.
+  bool doAction(const Accessible& object, int index = 0);
+
+ private:
+  void collect(const QString& busName, const QString& path, int depth,
+               std::vector<Accessible>& into);
+  QVariantList call(const QString& busName, const QString& path, const char* interface,
+                    const char* method, const QVariantList& arguments = {});
+  QString property(const QString& busName, const QString& path, const char* interface,
+                   const char* name);
+
+  std::unique_ptr<QDBusConnection> bus_;
+};
+
+}  // namespace tarnwick::test
