@@ -15,8 +15,8 @@ namespace tarnwick::bench {
 namespace {
 
 const std::vector<std::pair<std::string, std::function<void()>>> sections{
-    {"pass", pass},   {"scan", scan},   {"pixels", pixels}, {"startup", startUp},
-    {"storm", storm}, {"burst", burst}, {"idle", idle}};
+    {"pass", pass},   {"scan", scan}, {"pixels", pixels}, {"startup", startUp}, {"storm", storm},
+    {"burst", burst}, {"idle", idle}, {"panel", panel},   {"capture", capture}};
 
 }  // namespace
 }  // namespace tarnwick::bench

@@ -11,5 +11,7 @@ void startUp();
 void storm();
 void burst();
 void idle();
+void panel();
+void capture();
 
 }  // namespace tarnwick::bench

@@ -1,5 +1,10 @@
 #include <QImage>
+#include <QRect>
+#include <csignal>
+#include <map>
+#include <nlohmann/json.hpp>
 
+#include "tests/desktop/harness/accessible_tree.h"
 #include "tests/desktop/harness/status_desktop_test.h"
 
 namespace tarnwick::test {
@@ -13,45 +18,121 @@ class PanelTest : public StatusDesktopTest {
                            QString::number(qRound(at.y())), "click", "1"})
         .waitForEnd();
   }
-  bool panelIsShown() {
-    Program& search =
-        desktop.start("xdotool", {"search", "--onlyvisible", "--name", "^Hidden apps$"});
+
+  // In pixels of the screen; empty while it is not shown.
+  QRect panelFrame() {
+    Program& search = desktop.start("xdotool", {"search", "--onlyvisible", "--name",
+                                                "^Hidden apps$", "getwindowgeometry", "--shell"});
     search.waitForEnd();
-    return !search.output().trimmed().isEmpty();
+    std::map<QByteArray, int> values;
+    for (const QByteArray& line : search.output().split('\n')) {
+      const auto equals = line.indexOf('=');
+      if (equals > 0) values[line.left(equals)] = line.mid(equals + 1).toInt();
+    }
+    return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
   }
-  QString pictureOf(const Client& client) const {
-    return desktop.folder("data") + "/Tarnwick/iconcache-2x/" + client.bundleId + ".png";
+  bool panelIsShown() { return !panelFrame().isEmpty(); }
+
+  QPointF handle() { return native("tarnwick.handle")->frame.center(); }
+
+  void openPanel() {
+    click(handle());
+    ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
   }
 };
 
-TEST_F(PanelTest, OpensBelowTheHandleAndClosesWithAPressElsewhere) {
+TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
+  grantUtility();
+  Program& barProgram = startBar();
+  startClients({copyq, parcellite});
+  hideInDefaults({copyq});
+  startUtility();
+  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(copyq); })) << row();
+
+  EXPECT_FALSE(panelIsShown());
+  openPanel();
+  const QRectF anchor = native("tarnwick.handle")->frame;
+  EXPECT_EQ(panelFrame().top(), anchor.bottom() + 4);
+  EXPECT_EQ(panelFrame().right() + 1, anchor.right());
+  click(handle());
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a second click closes it";
+  openPanel();
+  click({300, 600});
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on the desktop closes it";
+  openPanel();
+  click(bar.itemsOf(parcellite.bundleId).front().frame.center());
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on another's item closes it";
+  desktop.start("xdotool", {"key", "Escape"}).waitForEnd();  // whatever that item has opened
+  openPanel();
+  barProgram.signal(SIGKILL);
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "it goes with the bar";
+}
+
+TEST_F(PanelTest, EntriesAreButtonsToAssistiveTechnology) {
+  AccessibleTree tree(desktop);
   grantUtility();
   startBar();
   startClients({copyq, parcellite});
-  desktop.writeDefaults({{"hiddenBundleIds", {copyq.bundleId, parcellite.bundleId}},
-                         {"panelIconStyle", "statusIcon"}});
+  hideInDefaults({copyq, parcellite});
   startUtility();
   ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(copyq) && hidden(parcellite); })) << row();
+  ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+  ASSERT_TRUE(waitFor([&] { return tree.find("tarnwick", "Parcellite").has_value(); }));
+  const auto entry = tree.find("tarnwick", "CopyQ");
+  ASSERT_TRUE(entry.has_value());
+  EXPECT_EQ(entry->role, "push button");
+  EXPECT_TRUE(tree.actions(*entry).contains("Press"));
+  EXPECT_TRUE(tree.doAction(*entry, tree.actions(*entry).indexOf("Press")));
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "its press is that of the pointer";
+}
 
-  // The pass has taken pictures, two pixels for each of the icon's 18 points at the most.
-  for (const Client& client : {copyq, parcellite}) {
-    const QImage picture(pictureOf(client));
-    EXPECT_GT(picture.width(), 20) << client.program;
-    EXPECT_LE(picture.width(), 52) << client.program;
-    EXPECT_LE(picture.height(), 48) << client.program;
-    EXPECT_TRUE(picture.hasAlphaChannel()) << client.program;
+TEST_F(PanelTest, TwoHundredEntriesInTwentyGroupsStayOnTheScreen) {
+  nlohmann::json hidden = nlohmann::json::array();
+  nlohmann::json groups = nlohmann::json::array();
+  for (int group = 0; group < 20; ++group) {
+    nlohmann::json members = nlohmann::json::array();
+    for (int i = 0; i < 10; ++i) {
+      members.push_back(std::to_string(group * 10 + i));
+      hidden.push_back(members.back());
+    }
+    groups.push_back({{"name", "Group " + std::to_string(group)}, {"bundleIds", members}});
   }
+  const auto bytes = QByteArray::fromStdString(groups.dump()).toBase64().toStdString();
+  desktop.writeDefaults({{"hiddenBundleIds", hidden}, {"appGroups", {{"$data", bytes}}}});
+  grantUtility();
+  startBar();
+  startUtility();
+  openPanel();
+  const QRect frame = panelFrame();
+  EXPECT_TRUE(QRect(0, 24, 1280, 776).contains(frame));
+  EXPECT_GT(frame.height(), 600);
 
-  EXPECT_FALSE(panelIsShown());
-  const QPointF handle = native("tarnwick.handle")->frame.center();
-  click(handle);
-  ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
-  click(handle);
-  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a second click closes it";
-  click(handle);
-  ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
-  click({300, 600});
-  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press elsewhere closes it";
+  // The last group is out of sight until the wheel is turned.
+  const auto middle = frame.center();
+  const QImage before = desktop.screenshot().copy(frame);
+  desktop.start("xdotool", {"mousemove", QString::number(middle.x()), QString::number(middle.y()),
+                            "click", "--repeat", "50", "5"});
+  EXPECT_TRUE(waitFor([&] { return desktop.screenshot().copy(frame) != before; }));
+  EXPECT_TRUE(panelIsShown());
+}
+
+TEST_F(PanelTest, RevealShowsHiddenItemsForAWhileAndAReleaseEndsIt) {
+  grantUtility();
+  startBar();
+  startClients({copyq, gxkb, parcellite});
+  hideInDefaults({copyq, parcellite});
+  startUtility();
+  const auto settled = [&] { return collapsed() && hidden(copyq) && hidden(parcellite); };
+  ASSERT_TRUE(waitFor(settled)) << row();
+  ASSERT_TRUE(desktop.activateAction("reveal"));
+  ASSERT_TRUE(desktop.activateAction("reveal"));
+  EXPECT_TRUE(waitFor([&] { return shown(copyq) && shown(parcellite); })) << row();
+  EXPECT_TRUE(waitFor(settled, std::chrono::seconds(60))) << row();
+
+  ASSERT_TRUE(desktop.activateAction("reveal"));
+  ASSERT_TRUE(waitFor([&] { return shown(copyq) && shown(parcellite); })) << row();
+  ASSERT_TRUE(release(copyq));
+  EXPECT_TRUE(waitFor([&] { return collapsed() && shown(copyq) && hidden(parcellite); })) << row();
 }
 
 }  // namespace

@@ -83,6 +83,21 @@ TEST_F(UtilityTest, WithoutAccessNothingIsDoneAndNothingIsAsked) {
   EXPECT_EQ(std::count(boundaryLengths().begin() + 1, boundaryLengths().end(), 2), 0);
 }
 
+// Opening the panel takes missing pictures where that is allowed, and else leaves the bar alone.
+TEST_F(UtilityTest, WithoutScreenCaptureThePanelMovesAndAsksNothing) {
+  scripted->foreign[0].frame.moveLeft(-5000);
+  scripted->foreign[1].frame.moveLeft(-5030);
+  desktop.writeDefaults({{"hiddenBundleIds", {"sleep"}}, {"panelIconStyle", "statusIcon"}});
+  desktop.start("tarnwick");
+  ASSERT_TRUE(waitFor([&] { return called("Items"); }));
+  const auto shown = boundaryLengths().size();
+  ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+  letPass(1s);
+  EXPECT_FALSE(called("RequestAccess"));
+  EXPECT_FALSE(called("Render"));
+  EXPECT_EQ(boundaryLengths().size(), shown);
+}
+
 TEST_F(UtilityTest, ItemThatVanishesDuringItsDragEndsNothing) {
   scripted->onPointerEvent = [&](const ScriptedBar::PointerEvent& event) {
     if (event.kind == 2) {

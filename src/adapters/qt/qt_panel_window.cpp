@@ -16,6 +16,15 @@ namespace {
 using Metrics = PanelMetrics;
 
 constexpr double groundAlpha = 0.97;  // under a compositor
+// Scroll bars of a grey that is seen on light and on dark ground.
+constexpr const char* thinBars =
+    "QScrollBar { background: transparent; border: none; }"
+    "QScrollBar:vertical { width: 10px; } QScrollBar:horizontal { height: 10px; }"
+    "QScrollBar::handle { background: rgba(128, 128, 128, 0.65); border-radius: 3px; margin: 2px; }"
+    "QScrollBar::handle:vertical { min-height: 30px; }"
+    "QScrollBar::handle:horizontal { min-width: 30px; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
+    "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }";
 constexpr int shadowRings = 6;        // one for each point of the margin
 constexpr double shadowAlpha = 0.05;  // of one ring
 
@@ -38,7 +47,8 @@ class PanelWidget : public QWidget {
     scroll_.setFrameShape(QFrame::NoFrame);
     scroll_.viewport()->setAutoFillBackground(false);
     scroll_.setFocusPolicy(Qt::NoFocus);
-    scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   }
 
   void setContent(const PanelView& view) {
@@ -48,8 +58,8 @@ class PanelWidget : public QWidget {
       before->deleteLater();
     }
     auto* content = new PanelContent(view, nullptr);
-    content->setAutoFillBackground(false);
     scroll_.setWidget(content);
+    content->setAutoFillBackground(false);  // the area had turned it on
   }
 
   QSize fittingSize() const { return scroll_.widget() ? scroll_.widget()->sizeHint() : QSize(); }
@@ -63,12 +73,19 @@ class PanelWidget : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent*) override {
-    // Scrolled content ends at the ground's edge, not in the margin.
+    // What is scrolled ends at the ground's edge; the bars lie in the padding beside the content.
     const int margin = static_cast<int>(Metrics::margin);
-    const bool whole = fittingSize().width() <= width() && fittingSize().height() <= height();
-    scroll_.setGeometry(whole ? rect() : rect().adjusted(margin, margin, -margin, -margin));
-    scroll_.setVerticalScrollBarPolicy(whole ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
-    scroll_.setHorizontalScrollBarPolicy(whole ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    const QSize size = fittingSize();
+    const bool higher = size.height() > height();
+    const bool wider = size.width() > width();
+    const auto policy = [](bool on) { return on ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
+    scroll_.setVerticalScrollBarPolicy(policy(higher));
+    scroll_.setHorizontalScrollBarPolicy(policy(wider));
+    if ((higher || wider) && scroll_.styleSheet().isEmpty()) {
+      scroll_.setStyleSheet(QString::fromLatin1(thinBars));
+    }
+    scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
+                                        higher ? -margin : 0, wider || higher ? -margin : 0));
     updateShape();
   }
 
