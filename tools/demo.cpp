@@ -1,14 +1,17 @@
 // The main job on a virtual desktop with real applications of both tray protocols: two of them are
-// hidden, one is brought back. Prints every item's place at each step, leaves pictures in the
-// folder given (default "out") and fails when an item is not where it should be.
+// hidden, one is brought back, the panel is opened. Prints every item's place at each step, leaves
+// pictures in the folder given (default "out") and fails when an item is not where it should be.
 
 #include <signal.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QPainter>
 #include <QTextStream>
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "tests/desktop/harness/bar_proxy.h"
 #include "tests/desktop/harness/private_desktop.h"
@@ -42,6 +45,10 @@ class Demo {
   // Waits until exactly `hidden` of the applications are out of sight and shows how things stand.
   bool expectHidden(const QString& step, const QStringList& hidden);
   void show(const QString& step);
+  void save(const QImage& picture, const QString& name);
+  // The pictures taken of hidden items, side by side and enlarged.
+  bool showCache();
+  bool showPanel(const QString& style);
   bool await(const std::function<bool()>& condition) {
     return waitFor([&] { return interrupted != 0 || condition(); }) && interrupted == 0;
   }
@@ -97,12 +104,57 @@ void Demo::show(const QString& step) {
     }
   }
   last_ = items;
-  const QString picture = QStringLiteral("%1/%2-%3.png")
-                              .arg(folder_)
-                              .arg(step_)
-                              .arg(step.section(':', 0, 0).toLower().replace(' ', '-'));
-  desktop_.screenshot().save(picture);
-  out_ << "  picture: " << picture << Qt::endl;
+  save(desktop_.screenshot(), step.section(':', 0, 0));
+}
+
+void Demo::save(const QImage& picture, const QString& name) {
+  const QString file = QStringLiteral("%1/%2-%3.png")
+                           .arg(folder_)
+                           .arg(step_)
+                           .arg(QString(name).toLower().replace(' ', '-'));
+  picture.save(file);
+  out_ << "  picture: " << file << Qt::endl;
+}
+
+bool Demo::showCache() {
+  constexpr int zoom = 4;
+  constexpr int side = 60 * zoom;
+  const auto files =
+      QDir(desktop_.folder("data") + "/Tarnwick/iconcache-2x").entryInfoList({"*.png"});
+  out_ << "\n" << ++step_ << ". Pictures of hidden items\n\n";
+  QImage sheet(side * std::max(1, static_cast<int>(files.size())), side, QImage::Format_RGB32);
+  QPainter painter(&sheet);
+  painter.fillRect(sheet.rect(), QBrush(Qt::lightGray));
+  painter.fillRect(sheet.rect(), QBrush(Qt::gray, Qt::Dense4Pattern));
+  int left = 0;
+  for (const QFileInfo& file : files) {
+    const QImage picture(file.filePath());
+    out_ << QStringLiteral("  %1  %2 x %3 pixels, %4 bytes\n")
+                .arg(file.completeBaseName(), -26)
+                .arg(picture.width())
+                .arg(picture.height())
+                .arg(file.size());
+    QRect target(QPoint(), picture.size() * zoom);
+    target.moveCenter(QRect(left, 0, side, side).center());
+    painter.drawImage(target, picture);
+    left += side;
+  }
+  save(sheet, "pictures");
+  return !files.isEmpty();
+}
+
+bool Demo::showPanel(const QString& style) {
+  auto defaults = desktop_.readDefaults();
+  defaults["panelIconStyle"] = style.toStdString();
+  desktop_.writeDefaults(defaults);
+  const auto frame = [&] { return desktop_.windowFrame("Hidden apps"); };
+  const bool opened =
+      desktop_.activateAction("toggle-panel") && await([&] { return !frame().isEmpty(); });
+  out_ << "\n" << ++step_ << ". The panel with the style " << style << "\n\n";
+  letPass(std::chrono::milliseconds(300));  // it gets painted
+  save(desktop_.screenshot(), "panel-" + style);
+  return opened && desktop_.activateAction("toggle-panel") &&
+         await([&] { return frame().isEmpty(); });
 }
 
 bool Demo::expectHidden(const QString& step, const QStringList& hidden) {
@@ -142,7 +194,9 @@ int Demo::run() {
   // One after the other: a pass that is asked for during a pass is dropped.
   const bool done = hide(first) && expectHidden("One hidden: " + first, {first}) && hide(second) &&
                     expectHidden("Two hidden: " + first + " and " + second, {first, second}) &&
-                    release(first) && expectHidden("Released: " + first, {second});
+                    release(first) && expectHidden("Released: " + first, {second}) && hide(first) &&
+                    expectHidden("Hidden again: " + first, {first, second}) && showCache() &&
+                    showPanel("statusIcon") && showPanel("appIcon");
   if (interrupted != 0) {
     out_ << "\nInterrupted." << Qt::endl;
     return 130;
@@ -156,7 +210,8 @@ int Demo::run() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  QCoreApplication application(argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication application(argc, argv);
   struct sigaction action = {};
   action.sa_handler = [](int) { interrupted = 1; };
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {

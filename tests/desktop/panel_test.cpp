@@ -1,7 +1,6 @@
 #include <QImage>
 #include <QRect>
 #include <csignal>
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "tests/desktop/harness/accessible_tree.h"
@@ -12,31 +11,13 @@ namespace {
 
 class PanelTest : public StatusDesktopTest {
  protected:
-  void click(QPointF at) {
-    desktop
-        .start("xdotool", {"mousemove", QString::number(qRound(at.x())),
-                           QString::number(qRound(at.y())), "click", "1"})
-        .waitForEnd();
-  }
-
-  // In pixels of the screen; empty while it is not shown.
-  QRect panelFrame() {
-    Program& search = desktop.start("xdotool", {"search", "--onlyvisible", "--name",
-                                                "^Hidden apps$", "getwindowgeometry", "--shell"});
-    search.waitForEnd();
-    std::map<QByteArray, int> values;
-    for (const QByteArray& line : search.output().split('\n')) {
-      const auto equals = line.indexOf('=');
-      if (equals > 0) values[line.left(equals)] = line.mid(equals + 1).toInt();
-    }
-    return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
-  }
+  QRect panelFrame() { return desktop.windowFrame("Hidden apps"); }
   bool panelIsShown() { return !panelFrame().isEmpty(); }
 
   QPointF handle() { return native("tarnwick.handle")->frame.center(); }
 
   void openPanel() {
-    click(handle());
+    desktop.click(handle());
     ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
   }
 };
@@ -54,13 +35,13 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   const QRectF anchor = native("tarnwick.handle")->frame;
   EXPECT_EQ(panelFrame().top(), anchor.bottom() + 4);
   EXPECT_EQ(panelFrame().right() + 1, anchor.right());
-  click(handle());
+  desktop.click(handle());
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a second click closes it";
   openPanel();
-  click({300, 600});
+  desktop.click({300, 600});
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on the desktop closes it";
   openPanel();
-  click(bar.itemsOf(parcellite.bundleId).front().frame.center());
+  desktop.click(bar.itemsOf(parcellite.bundleId).front().frame.center());
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on another's item closes it";
   desktop.start("xdotool", {"key", "Escape"}).waitForEnd();  // whatever that item has opened
   openPanel();

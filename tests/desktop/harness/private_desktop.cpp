@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QUuid>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "tests/desktop/harness/wait.h"
@@ -258,6 +259,26 @@ bool PrivateDesktop::activateAction(const QString& name, const QString& applicat
   message.setArguments({name, parameters, QVariantMap()});
   message.setAutoStartService(false);
   return bus_->call(message, QDBus::Block, 5000).type() == QDBusMessage::ReplyMessage;
+}
+
+QRect PrivateDesktop::windowFrame(const QString& title) {
+  Program& search = start("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$',
+                                      "getwindowgeometry", "--shell"});
+  search.waitForEnd();
+  std::map<QByteArray, int> values;
+  for (const QByteArray& line : search.output().split('\n')) {
+    const auto equals = line.indexOf('=');
+    if (equals > 0) {
+      values[line.left(equals)] = line.mid(equals + 1).toInt();
+    }
+  }
+  return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
+}
+
+void PrivateDesktop::click(QPointF at, int button) {
+  start("xdotool", {"mousemove", QString::number(qRound(at.x())), QString::number(qRound(at.y())),
+                    "click", QString::number(button)})
+      .waitForEnd();
 }
 
 QImage PrivateDesktop::screenshot() const {

@@ -2,7 +2,9 @@
 
 #include <QDBusConnection>
 #include <QImage>
+#include <QPointF>
 #include <QProcessEnvironment>
+#include <QRect>
 #include <QSize>
 #include <QString>
 #include <QTemporaryDir>
@@ -64,6 +66,11 @@ class PrivateDesktop {
   // Asks the running utility for one of its actions: "toggle-panel", "reveal", and of an
   // application "hide" and "release". False when it does not answer.
   bool activateAction(const QString& name, const QString& application = {}) const;
+
+  // Where a shown window of that title lies, in pixels; empty while there is none.
+  QRect windowFrame(const QString& title);
+  // Moves the pointer there and presses a button, as a hand would.
+  void click(QPointF at, int button = 1);
 
   // The screen as it is now; null without an X server.
   QImage screenshot() const;
