@@ -4,7 +4,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusVariant>
 #include <utility>
 
 namespace tarnwick {
@@ -79,6 +78,7 @@ QColor Appearance::hairline() const {
 
 void Appearance::start() {
   qApp->installEventFilter(this);
+  qRegisterMetaType<QDBusVariant>();  // the slot's parameter is looked up by its name
   bus_.connect(portalService(), portalPath(), settingsInterface(), QStringLiteral("SettingChanged"),
                this, SLOT(settingChanged(QString, QString, QDBusVariant)));
   const QString bus = QStringLiteral("org.freedesktop.DBus");

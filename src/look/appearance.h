@@ -2,10 +2,9 @@
 
 #include <QColor>
 #include <QDBusConnection>
+#include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
-
-class QDBusVariant;
 
 namespace tarnwick {
 
