@@ -49,6 +49,32 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "it goes with the bar";
 }
 
+TEST_F(PanelTest, LiesBelowTheHandleOnAnotherPrimaryMonitorAndWhenScaled) {
+  const auto xrandr = [&](const QStringList& arguments) {
+    desktop.start("xrandr", arguments).waitForEnd();
+  };
+  grantUtility();
+  xrandr({"--setmonitor", "Left", "640/170x800/200+0+0", "none"});
+  xrandr({"--setmonitor", "Right", "640/170x800/200+640+0", "screen"});
+  xrandr({"--output", "screen", "--primary"});
+  for (const int scale : {1, 2}) {
+    desktop.setVariable("QT_SCALE_FACTOR", QString::number(scale));
+    Program& barProgram = startBar();
+    Program& utility = startUtility();
+    const auto inPixels = [&](QPointF points) { return QPointF(640, 0) + points * scale; };
+    ASSERT_TRUE(waitFor([&] { return native("tarnwick.handle").has_value(); }));
+    const QRectF anchor = native("tarnwick.handle")->frame;
+    desktop.click(inPixels(anchor.center()));
+    ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
+    EXPECT_EQ(panelFrame().topRight() + QPoint(1, 0),
+              inPixels(anchor.bottomRight() + QPointF(0, 4)).toPoint());
+    desktop.click({100, 400});
+    EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on the other monitor";
+    ASSERT_TRUE(utility.terminate());
+    ASSERT_TRUE(barProgram.terminate());
+  }
+}
+
 TEST_F(PanelTest, EntriesAreButtonsToAssistiveTechnology) {
   AccessibleTree tree(desktop);
   grantUtility();
