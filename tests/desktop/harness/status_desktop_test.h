@@ -29,7 +29,9 @@ class StatusDesktopTest : public DesktopTest {
   Program& startBar() {
     desktop.grant("/proc/self/exe", {"accessibility", "screen-capture"});
     Program& program = desktop.start("tarnwick-bar");
-    EXPECT_TRUE(waitFor([&] { return bar.running(); }));
+    // On the screen as well, where it can be clicked.
+    EXPECT_TRUE(
+        waitFor([&] { return bar.running() && !desktop.windowFrame("Menu Bar").isEmpty(); }));
     return program;
   }
 
