@@ -85,6 +85,9 @@ struct CancellationCheck {};
 template <class T>
 struct Answer {
   std::function<void(std::function<void(T)>)> start;
+  // Delivered at once when the task is cancelled. Absent: the task waits for its answer all the
+  // same.
+  std::optional<T> whenCancelled = std::nullopt;
 };
 
 inline Sleep sleepFor(Duration length) {
@@ -157,26 +160,46 @@ class Task::promise_type {
     return Check{state_->cancelled};
   }
 
-  // The task goes on in a later turn than the callback's. Cancellation does not cut the wait short.
+  // The task goes on in a later turn than the callback's.
   template <class T>
   auto await_transform(Answer<T> answer) {
     struct Waiter {
       MainLoop& loop;
+      std::shared_ptr<State> state;
       Answer<T> answer;
       std::optional<T> value;
 
-      bool await_ready() const { return false; }
+      bool await_ready() {
+        if (!state->cancelled || !answer.whenCancelled) return false;
+        value = std::move(answer.whenCancelled);
+        return true;
+      }
       void await_suspend(std::coroutine_handle<> frame) {
-        answer.start([this, suspension = std::make_shared<Suspension>(frame)](T delivered) {
-          loop.post([this, suspension, moved = std::make_shared<T>(std::move(delivered))] {
-            value = std::move(*moved);
-            suspension->resume();
-          });
-        });
+        // The callback alone owns the waiting frame; whoever comes first takes it.
+        const auto waiting =
+            std::make_shared<std::shared_ptr<Suspension>>(std::make_shared<Suspension>(frame));
+        if (answer.whenCancelled) {
+          state->wake = [this, weak = std::weak_ptr(waiting)] {
+            const auto unanswered = weak.lock();
+            if (unanswered) deliver(*unanswered, std::move(*answer.whenCancelled));
+          };
+        }
+        answer.start([this, waiting](T delivered) { deliver(*waiting, std::move(delivered)); });
       }
       T await_resume() { return std::move(*value); }
+
+      void deliver(std::shared_ptr<Suspension>& waiting, T delivered) {
+        auto suspension = std::exchange(waiting, nullptr);
+        if (!suspension) return;
+        state->wake = nullptr;
+        loop.post([this, suspension = std::move(suspension),
+                   moved = std::make_shared<T>(std::move(delivered))] {
+          value = std::move(*moved);
+          suspension->resume();
+        });
+      }
     };
-    return Waiter{loop_, std::move(answer), std::nullopt};
+    return Waiter{loop_, state_, std::move(answer), std::nullopt};
   }
 
   const Task& await_transform(const Task& task) { return task; }

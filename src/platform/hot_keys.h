@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "platform/key_event.h"
+#include "platform/registration.h"
+
+namespace tarnwick {
+
+// Tells a hot key from others. The signature says whose it is; ids are the owner's own.
+struct HotKeyId {
+  std::uint32_t signature = 0;
+  std::uint32_t id = 0;
+  bool operator==(const HotKeyId&) const = default;
+};
+
+struct HotKeyEvent {
+  HotKeyId hotKey;
+  bool pressed = false;  // else released
+};
+
+// Key combinations that reach this process whatever has the keyboard focus.
+class HotKeys {
+ public:
+  virtual ~HotKeys() = default;
+
+  // Takes a key with exactly these modifiers (the code as in InputEvent) from
+  // everybody else, until the registration is dropped. Empty when another program has it or the
+  // keyboard cannot type it. Asks the display server and waits for its answer.
+  virtual Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
+                                           HotKeyId id) = 0;
+
+  // Calls for every press of a registered hot key and for the release of its key that follows, in
+  // whatever order key and modifiers go up. A held key is pressed once.
+  virtual Registration watchHotKeys(std::function<void(const HotKeyEvent&)> callback) = 0;
+
+  // Calls for every key event on its way to an open menu of this process, in the order typed; true
+  // swallows it. The release of a key that was swallowed bears the modifiers of its press.
+  virtual Registration watchMenuKeys(std::function<bool(const InputEvent&)> callback) = 0;
+};
+
+}  // namespace tarnwick

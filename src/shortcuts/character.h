@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tarnwick::KeyboardShortcuts {
+
+// Text of one character in UTF-8. Absent for what is no Unicode scalar value: beyond 32 bits or
+// 0x10FFFF, or a surrogate.
+std::optional<std::string> character(std::int64_t unicodeScalarValue);
+
+// The character as the first one of a word in a title, in UTF-8 ("ß" gives "Ss"). Knows the letters
+// that keys of Latin, Greek, Cyrillic and Armenian keyboards print; others stay as they are.
+std::string capitalised(char32_t character);
+
+}  // namespace tarnwick::KeyboardShortcuts

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace tarnwick::KeyboardShortcuts {
+
+// The module's text for a key, in the one language there is; an unknown key is its own text.
+std::string localized(const std::string& key);
+
+}  // namespace tarnwick::KeyboardShortcuts
