@@ -1,13 +1,33 @@
 #include "app/app_delegate.h"
 
+#include <chrono>
+
 #include "hiding/app_state.h"
+#include "shortcuts/keyboard_shortcuts.h"
 
 namespace tarnwick {
+
+namespace {
+
+constexpr std::chrono::seconds revealLength{15};
+
+}  // namespace
 
 void AppDelegate::applicationDidFinishLaunching() {
   desktop_.application.setActivationPolicy(ActivationPolicy::accessory);
   menuBarController()->start();
   AppState::controller = menuBarController();
+  bindShortcuts();
+}
+
+void AppDelegate::bindShortcuts() {
+  using KeyboardShortcuts::Name;
+  KeyboardShortcuts::onKeyUp(Name::togglePanel(), [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->menuBarController()->togglePanel();
+  });
+  KeyboardShortcuts::onKeyUp(Name::revealEverything(), [weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->menuBarController()->revealTemporarily(revealLength);
+  });
 }
 
 const std::shared_ptr<MenuBarController>& AppDelegate::menuBarController() {

@@ -22,6 +22,8 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
   void openSettings();
 
  private:
+  void bindShortcuts();
+
   Desktop& desktop_;
   std::shared_ptr<MenuBarController> menuBarController_;
 };

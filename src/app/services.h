@@ -11,15 +11,21 @@
 #include "adapters/bar/bar_workspace.h"
 #include "adapters/desktop/defaults_file.h"
 #include "adapters/desktop/identity.h"
+#include "adapters/qt/menu_tracking.h"
 #include "adapters/qt/png_files.h"
 #include "adapters/qt/qt_application.h"
 #include "adapters/qt/qt_main_loop.h"
 #include "adapters/qt/qt_menus.h"
 #include "adapters/qt/qt_panel_window.h"
 #include "adapters/qt/qt_screens.h"
+#include "adapters/x11/key_grabs.h"
+#include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/raw_presses.h"
 #include "adapters/x11/window_effects.h"
+#include "adapters/x11/xkb_layout.h"
 #include "platform/desktop.h"
+#include "platform/notification_center.h"
+#include "shortcuts/keyboard_shortcuts.h"
 
 namespace tarnwick {
 
@@ -54,6 +60,13 @@ class Services {
   Desktop desktop_{loop_,         accessibility_, pointer_,     workspace_,     statusBar_,
                    screens_,      defaults_,      application_, windowCapture_, pictures_,
                    panelWindows_, presses_,       menus_};
+  NotificationCenter notifications_;
+  MenuTracking menuTracking_{notifications_};
+  x11::KeyboardChanges keyboardChanges_;
+  x11::KeyGrabs hotKeys_{keyboardChanges_};
+  x11::XkbLayout keyboardLayout_{keyboardChanges_};
+  Registration shortcuts_ =
+      KeyboardShortcuts::use({loop_, defaults_, hotKeys_, keyboardLayout_, notifications_});
 };
 
 }  // namespace tarnwick

@@ -9,8 +9,10 @@
 #include "app/app_delegate.h"
 #include "capture/status_icon_capturer.h"
 #include "fake_desktop.h"
+#include "fake_keyboard.h"
 #include "hiding/app_state.h"
 #include "hiding/menu_bar_controller.h"
+#include "shortcuts/keyboard_shortcuts.h"
 
 namespace tarnwick::test {
 
@@ -39,6 +41,10 @@ struct Story {
   int drags() const { return static_cast<int>(desktop.posted.size() / 8); }
 
   FakeDesktop desktop;
+  FakeKeyboard keyboard;
+  NotificationCenter notifications;
+  Registration shortcuts =
+      KeyboardShortcuts::use({desktop.loop, desktop, keyboard, keyboard, notifications});
   Desktop services = desktop.services();
   std::shared_ptr<AppDelegate> delegate = std::make_shared<AppDelegate>(services);
 };

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+
+namespace tarnwick::x11 {
+
+// Between a key's place as the core counts them (KeyboardShortcuts::Key) and the X server's key
+// code for it, which is the kernel's plus 8. Absent for places that keyboards here do not have.
+std::optional<xcb_keycode_t> xKeyCode(std::uint32_t virtualKey);
+std::optional<std::uint16_t> virtualKey(xcb_keycode_t keyCode);
+
+}  // namespace tarnwick::x11

@@ -1,0 +1,250 @@
+#include "adapters/x11/key_grabs.h"
+
+#include <xcb/xinput.h>
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "adapters/x11/key_codes.h"
+#include "adapters/x11/server.h"
+#include "adapters/x11/xkb.h"
+
+namespace tarnwick::x11 {
+
+namespace {
+
+// Releases get lost when the grab is broken, the keyboard is unplugged or the server was stopped.
+constexpr std::chrono::seconds heldCheckInterval{1};
+
+std::vector<xcb_window_t> roots(xcb_connection_t* connection) {
+  std::vector<xcb_window_t> windows;
+  for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection)); screen.rem > 0;
+       xcb_screen_next(&screen)) {
+    windows.push_back(screen.data->root);
+  }
+  return windows;
+}
+
+void ungrab(xcb_connection_t* connection, std::uint8_t keyCode,
+            const std::vector<std::uint16_t>& variants) {
+  for (const auto root : roots(connection)) {
+    for (const auto variant : variants) xcb_ungrab_key(connection, keyCode, root, variant);
+  }
+}
+
+// Asks for a grab of XInput 2 and gives it back. Such a grab of another program would win over ours
+// without an error. True when somebody has one.
+class ForeignGrabProbe {
+ public:
+  ForeignGrabProbe(xcb_connection_t* connection, std::uint8_t keyCode,
+                   const std::vector<std::uint16_t>& variants)
+      : connection_(connection) {
+    const std::vector<std::uint32_t> modifiers(variants.begin(), variants.end());
+    const auto count = static_cast<std::uint16_t>(modifiers.size());
+    const std::uint32_t mask =
+        XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+    for (const auto root : roots(connection)) {
+      cookies_.push_back(xcb_input_xi_passive_grab_device(
+          connection, XCB_CURRENT_TIME, root, XCB_CURSOR_NONE, keyCode, XCB_INPUT_DEVICE_ALL_MASTER,
+          count, 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC,
+          XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER, &mask, modifiers.data()));
+      xcb_input_xi_passive_ungrab_device(connection, root, keyCode, XCB_INPUT_DEVICE_ALL_MASTER,
+                                         count, XCB_INPUT_GRAB_TYPE_KEYCODE, modifiers.data());
+    }
+  }
+
+  bool found() {
+    bool found = false;
+    for (const auto cookie : std::exchange(cookies_, {})) {
+      const Reply<xcb_input_xi_passive_grab_device_reply_t> reply(
+          xcb_input_xi_passive_grab_device_reply(connection_, cookie, nullptr));
+      found = found || (reply && reply->num_modifiers > 0);
+    }
+    return found;
+  }
+
+ private:
+  xcb_connection_t* connection_;
+  std::vector<xcb_input_xi_passive_grab_device_cookie_t> cookies_;
+};
+
+}  // namespace
+
+KeyGrabs::KeyGrabs(KeyboardChanges& changes)
+    : masks_(ModifierMasks::present()), mapChanges_(changes.onMapChanged([this] { regrab(); })) {
+  if (xcb_connection_t* const connection = server()) {
+    // Repetitions of a held key come as presses without releases in between.
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_xkb_id);
+    if (extension && extension->present) {
+      constexpr auto flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+      xcb_discard_reply(connection, xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD,
+                                                             flag, flag, 0, 0, 0)
+                                        .sequence);
+    }
+  }
+  heldCheck_.setInterval(heldCheckInterval);
+  heldCheck_.callOnTimeout([this] { checkHeldKeys(); });
+  qApp->installNativeEventFilter(this);
+}
+
+KeyGrabs::~KeyGrabs() {
+  if (qApp) qApp->removeNativeEventFilter(this);
+}
+
+Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
+                                           HotKeyId id) {
+  const auto place = xKeyCode(keyCode);
+  if (!place) return {};
+  HotKey hotKey{id, *place, modifiers, 0, false};
+  const bool known = std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& entry) {
+    return entry.second.keyCode == hotKey.keyCode && entry.second.modifiers == hotKey.modifiers;
+  });
+  if (known || !grab(hotKey)) return {};
+  const auto number = ++lastHotKey_;
+  hotKeys_.emplace(number, hotKey);
+  return Registration([this, alive = std::weak_ptr(alive_), number] {
+    if (alive.expired()) return;
+    const auto dropped = hotKeys_.extract(number);
+    if (dropped.mapped().grabbed) release(dropped.mapped());
+  });
+}
+
+// All requests go out together: one round trip, however many variants there are.
+bool KeyGrabs::grab(HotKey& hotKey) {
+  xcb_connection_t* const connection = server();
+  const auto bits = masks_.bits(hotKey.modifiers);
+  if (!connection || !bits) return false;
+  hotKey.bits = *bits;
+  const auto variants = masks_.withLocks(*bits);
+  ForeignGrabProbe probe(connection, hotKey.keyCode, variants);
+  std::vector<xcb_void_cookie_t> cookies;
+  for (const auto root : roots(connection)) {
+    for (const auto variant : variants) {
+      cookies.push_back(xcb_grab_key_checked(connection, 0, root, variant, hotKey.keyCode,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+  }
+  bool free = !probe.found();
+  for (const auto cookie : cookies) {
+    const Reply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
+    free = free && !error;
+  }
+  hotKey.grabbed = free;
+  if (!free) release(hotKey);
+  return free;
+}
+
+void KeyGrabs::release(const HotKey& hotKey) {
+  xcb_connection_t* const connection = server();
+  if (!connection) return;
+  ungrab(connection, hotKey.keyCode, masks_.withLocks(hotKey.bits));
+  xcb_flush(connection);
+}
+
+// Passive grabs outlive keyboards and layouts. They have to be made anew when a modifier has moved
+// to another bit; what cannot be had now may be had at the next change.
+void KeyGrabs::regrab() {
+  const auto present = ModifierMasks::present();
+  if (present == masks_) return;
+  for (auto& [number, hotKey] : hotKeys_) {
+    if (std::exchange(hotKey.grabbed, false)) release(hotKey);
+  }
+  masks_ = present;
+  for (auto& [number, hotKey] : hotKeys_) grab(hotKey);
+}
+
+Registration KeyGrabs::watchHotKeys(std::function<void(const HotKeyEvent&)> callback) {
+  watcher_ = std::make_shared<std::function<void(const HotKeyEvent&)>>(std::move(callback));
+  return Registration([this, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired()) watcher_.reset();
+  });
+}
+
+Registration KeyGrabs::watchMenuKeys(std::function<bool(const InputEvent&)> callback) {
+  menuWatcher_ = std::make_shared<std::function<bool(const InputEvent&)>>(std::move(callback));
+  return Registration([this, alive = std::weak_ptr(alive_)] {
+    if (alive.expired()) return;
+    menuWatcher_.reset();
+    // What the menu had the keys of is released elsewhere.
+    std::erase_if(held_, [](const auto& entry) { return !entry.second.forHotKey; });
+  });
+}
+
+bool KeyGrabs::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+  if (hotKeys_.empty() && held_.empty() && !menuWatcher_) return false;
+  if (type != "xcb_generic_event_t") return false;
+  const auto* const event = static_cast<const xcb_key_press_event_t*>(message);
+  const std::uint8_t kind = event->response_type & 0x7f;
+  if (kind != XCB_KEY_PRESS && kind != XCB_KEY_RELEASE) return false;
+  if (menuWatcher_) return menuKey(event->detail, event->state, kind == XCB_KEY_PRESS);
+  if (kind == XCB_KEY_PRESS) {
+    return event->event == event->root && hotKeyPressed(event->detail, event->state);
+  }
+  keyReleased(event->detail);
+  return false;
+}
+
+// True for presses through a grab of a hot key, which are for nobody else.
+bool KeyGrabs::hotKeyPressed(std::uint8_t keyCode, std::uint16_t state) {
+  const auto pressed = masks_.modifiers(state);
+  const auto bits = pressed ? masks_.bits(*pressed & ~KeyModifiers::capsLock) : std::nullopt;
+  if (!bits) return false;
+  const auto [entry, fresh] = held_.try_emplace(keyCode);
+  if (!fresh) return entry->second.forHotKey;  // a repetition
+  entry->second = {*bits, true, false, *pressed};
+  heldCheck_.start();
+  tell(keyCode, *bits, true);
+  return true;
+}
+
+bool KeyGrabs::menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed) {
+  const auto key = virtualKey(keyCode);
+  const auto known = held_.find(keyCode);
+  const bool held = known != held_.end();
+  auto modifiers = masks_.modifiers(state);
+  if (!pressed && held && (known->second.forMenu || known->second.forHotKey)) {
+    modifiers = known->second.modifiers;
+  }
+  if (!pressed && held) held_.erase(known);
+  if (!key || !modifiers) return false;
+  const auto watcher = menuWatcher_;
+  const bool swallowed = (*watcher)(
+      {pressed ? EventKind::keyDown : EventKind::keyUp, *key, *modifiers, pressed && held});
+  if (pressed && !held) {
+    held_[keyCode] = {0, false, swallowed, *modifiers};
+    heldCheck_.start();
+  }
+  return swallowed;
+}
+
+void KeyGrabs::keyReleased(std::uint8_t keyCode) {
+  const auto held = held_.extract(keyCode);
+  if (!held.empty() && held.mapped().forHotKey) tell(keyCode, held.mapped().bits, false);
+}
+
+void KeyGrabs::tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed) {
+  for (const auto& [number, hotKey] : hotKeys_) {
+    if (hotKey.keyCode != keyCode || hotKey.bits != bits) continue;
+    const auto watcher = watcher_;
+    const HotKeyEvent event{hotKey.id, pressed};
+    if (watcher) (*watcher)(event);
+    return;
+  }
+}
+
+void KeyGrabs::checkHeldKeys() {
+  xcb_connection_t* const connection = server();
+  if (!held_.empty() && connection) {
+    const Reply<xcb_query_keymap_reply_t> keymap(
+        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+    for (const auto& [keyCode, held] : std::map(held_)) {
+      const bool down = keymap && (keymap->keys[keyCode / 8] & (1U << (keyCode % 8))) != 0;
+      if (!down) keyReleased(keyCode);
+    }
+  }
+  if (held_.empty()) heldCheck_.stop();
+}
+
+}  // namespace tarnwick::x11

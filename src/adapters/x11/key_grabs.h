@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QTimer>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "adapters/x11/keyboard_changes.h"
+#include "adapters/x11/modifier_masks.h"
+#include "platform/hot_keys.h"
+
+namespace tarnwick::x11 {
+
+// Hot keys as passive grabs on the root windows, on Qt's connection, so that a menu of ours can
+// take the keyboard over while one is held. Keys on their way to a menu are those that reach any
+// window of ours. When modifiers move to other keys, the grabs follow.
+class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
+ public:
+  explicit KeyGrabs(KeyboardChanges& changes);
+  ~KeyGrabs() override;
+
+  Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
+                                   HotKeyId id) override;
+  Registration watchHotKeys(std::function<void(const HotKeyEvent&)> callback) override;
+  Registration watchMenuKeys(std::function<bool(const InputEvent&)> callback) override;
+
+  bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+
+ private:
+  struct HotKey {
+    HotKeyId id;
+    std::uint8_t keyCode = 0;  // the X server's
+    KeyModifiers modifiers = KeyModifiers::none;
+    std::uint16_t bits = 0;
+    bool grabbed = false;
+  };
+  // A key that is down and what its press has been.
+  struct HeldKey {
+    std::uint16_t bits = 0;  // of the grab it came through
+    bool forHotKey = false;  // a press of a hot key was told, its release is to follow
+    bool forMenu = false;    // a menu's watcher swallowed it
+    KeyModifiers modifiers = KeyModifiers::none;
+  };
+
+  bool grab(HotKey& hotKey);
+  void release(const HotKey& hotKey);
+  void regrab();
+  bool hotKeyPressed(std::uint8_t keyCode, std::uint16_t state);
+  bool menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed);
+  void keyReleased(std::uint8_t keyCode);
+  void tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed);
+  void checkHeldKeys();
+
+  ModifierMasks masks_;
+  std::map<std::uint64_t, HotKey> hotKeys_;
+  std::uint64_t lastHotKey_ = 0;
+  std::map<std::uint8_t, HeldKey> held_;
+  QTimer heldCheck_;
+  std::shared_ptr<std::function<void(const HotKeyEvent&)>> watcher_;
+  std::shared_ptr<std::function<bool(const InputEvent&)>> menuWatcher_;
+  Registration mapChanges_;
+  std::shared_ptr<int> alive_ = std::make_shared<int>();
+};
+
+}  // namespace tarnwick::x11

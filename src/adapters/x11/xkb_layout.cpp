@@ -1,0 +1,151 @@
+#include "adapters/x11/xkb_layout.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <chrono>
+#include <set>
+#include <utility>
+
+#include "adapters/x11/key_codes.h"
+#include "adapters/x11/server.h"
+#include "adapters/x11/xkb.h"
+
+namespace tarnwick::x11 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Duration usualRepeatDelay = 660ms;
+constexpr Duration usualRepeatInterval = 40ms;
+constexpr std::size_t lettersOfLatinLayouts = 20;  // some put a few of the 26 elsewhere
+
+// Accents as they stand on their keys.
+char32_t accent(xkb_keysym_t dead) {
+  switch (dead) {
+    case XKB_KEY_dead_grave:
+      return U'`';
+    case XKB_KEY_dead_acute:
+      return 0xB4;
+    case XKB_KEY_dead_circumflex:
+      return U'^';
+    case XKB_KEY_dead_tilde:
+      return U'~';
+    case XKB_KEY_dead_macron:
+      return 0xAF;
+    case XKB_KEY_dead_breve:
+      return 0x2D8;
+    case XKB_KEY_dead_abovedot:
+      return 0x2D9;
+    case XKB_KEY_dead_diaeresis:
+      return 0xA8;
+    case XKB_KEY_dead_abovering:
+      return 0xB0;
+    case XKB_KEY_dead_doubleacute:
+      return 0x2DD;
+    case XKB_KEY_dead_caron:
+      return 0x2C7;
+    case XKB_KEY_dead_cedilla:
+      return 0xB8;
+    case XKB_KEY_dead_ogonek:
+      return 0x2DB;
+    case XKB_KEY_dead_iota:
+      return 0x37A;
+    default:
+      return 0;
+  }
+}
+
+char32_t printed(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t group) {
+  // A key may have fewer groups than the map; it then counts around, as the server does.
+  const auto groups = xkb_keymap_num_layouts_for_key(keymap, key);
+  if (groups == 0) return 0;
+  const xkb_keysym_t* symbols = nullptr;
+  const int count = xkb_keymap_key_get_syms_by_level(keymap, key, group % groups, 0, &symbols);
+  if (count != 1) return 0;
+  const char32_t character = xkb_keysym_to_utf32(symbols[0]);
+  const char32_t sign = character != 0 ? character : accent(symbols[0]);
+  return sign >= 0x20 && sign != 0x7f ? sign : 0;
+}
+
+Reply<xcb_xkb_get_controls_reply_t> controls() {
+  xcb_connection_t* const connection = server();
+  if (!connection) return nullptr;
+  return Reply<xcb_xkb_get_controls_reply_t>(xcb_xkb_get_controls_reply(
+      connection, xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+}
+
+bool isLatin(xkb_keymap* keymap, xkb_layout_index_t group) {
+  std::set<char32_t> letters;
+  for (auto key = xkb_keymap_min_keycode(keymap); key <= xkb_keymap_max_keycode(keymap); ++key) {
+    const char32_t character = printed(keymap, key, group);
+    if (character >= U'a' && character <= U'z') letters.insert(character);
+  }
+  return letters.size() >= lettersOfLatinLayouts;
+}
+
+}  // namespace
+
+void XkbLayout::Unref::operator()(xkb_context* context) const {
+  xkb_context_unref(context);
+}
+
+void XkbLayout::Unref::operator()(xkb_keymap* keymap) const {
+  xkb_keymap_unref(keymap);
+}
+
+XkbLayout::XkbLayout(KeyboardChanges& changes)
+    : context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)),
+      mapChanges_(changes.onMapChanged([this] { keymap_.reset(); })),
+      layoutChanges_(changes.onLayoutChosen([this](std::uint32_t group) { choose(group); })) {}
+
+XkbLayout::~XkbLayout() = default;
+
+void XkbLayout::load() const {
+  xcb_connection_t* const connection = server();
+  if (keymap_ || !connection || !context_) return;
+  const auto device = xkb_x11_get_core_keyboard_device_id(connection);
+  if (device < 0) return;
+  keymap_.reset(xkb_x11_keymap_new_from_device(context_.get(), connection, device,
+                                               XKB_KEYMAP_COMPILE_NO_FLAGS));
+  if (!keymap_) return;
+  const auto groups = xkb_keymap_num_layouts(keymap_.get());
+  latinGroup_.reset();
+  for (xkb_layout_index_t group = 0; group < groups && !latinGroup_; ++group) choose(group);
+  const Reply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
+      connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+  if (state) choose(state->group);
+}
+
+void XkbLayout::choose(std::uint32_t group) const {
+  if (keymap_ && group < xkb_keymap_num_layouts(keymap_.get()) && isLatin(keymap_.get(), group)) {
+    latinGroup_ = group;
+  }
+}
+
+std::optional<char32_t> XkbLayout::character(std::uint16_t keyCode) const {
+  load();
+  const auto key = xKeyCode(keyCode);
+  if (!key || !keymap_) return std::nullopt;
+  if (!latinGroup_ && !latin_) {
+    const xkb_rule_names names{"evdev", "pc105", "us", nullptr, nullptr};
+    latin_.reset(xkb_keymap_new_from_names(context_.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS));
+  }
+  xkb_keymap* const keymap = latinGroup_ ? keymap_.get() : latin_.get();
+  const char32_t character = keymap ? printed(keymap, *key, latinGroup_.value_or(0)) : 0;
+  return character != 0 ? std::optional(character) : std::nullopt;
+}
+
+Duration XkbLayout::keyRepeatDelay() const {
+  const auto reply = controls();
+  return reply ? std::chrono::milliseconds(reply->repeatDelay) : usualRepeatDelay;
+}
+
+Duration XkbLayout::keyRepeatInterval() const {
+  const auto reply = controls();
+  return reply ? std::chrono::milliseconds(reply->repeatInterval) : usualRepeatInterval;
+}
+
+}  // namespace tarnwick::x11
