@@ -8,7 +8,8 @@ build_packages="g++ cmake ninja-build pkg-config qt6-base-dev nlohmann-json3-dev
 run_packages="libqt6svg6 libqt6gui6 dbus-daemon adwaita-icon-theme fonts-dejavu-core"
 
 # A virtual desktop and third-party status items to live in it.
-desktop_packages="xvfb openbox picom at-spi2-core x11-xserver-utils xdotool copyq diodon gxkb parcellite volumeicon-alsa"
+desktop_packages="xvfb openbox picom at-spi2-core x11-xkb-utils x11-xserver-utils xdotool copyq
+  diodon gxkb parcellite volumeicon-alsa"
 
 check_packages="clang-format"
 

@@ -1,0 +1,140 @@
+// A program with global shortcuts of its own, told by its standard input what to do with them.
+// Prints "down NAME" and "up NAME" for what its shortcuts bring, "chose TEXT" for its menu.
+
+#include <QAbstractNativeEventFilter>
+#include <QApplication>
+#include <QMenu>
+#include <QSocketNotifier>
+#include <QWidget>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "adapters/desktop/defaults_file.h"
+#include "adapters/qt/menu_tracking.h"
+#include "adapters/qt/qt_main_loop.h"
+#include "adapters/x11/key_grabs.h"
+#include "adapters/x11/keyboard_changes.h"
+#include "adapters/x11/server.h"
+#include "adapters/x11/xkb_layout.h"
+#include "shortcuts/character.h"
+#include "shortcuts/keyboard_shortcuts.h"
+
+namespace {
+
+using namespace tarnwick;
+using namespace KeyboardShortcuts;
+
+void say(const std::string& line) {
+  std::printf("%s\n", line.c_str());
+  std::fflush(stdout);
+}
+
+class Probe : public QAbstractNativeEventFilter {
+ public:
+  Probe() { qApp->installNativeEventFilter(this); }
+
+  // Sends every command round by the X server, so that it comes after the keys typed before it.
+  void command(const std::string& line) {
+    commands_.push_back(line);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = static_cast<xcb_window_t>(window_.winId());
+    message.type = XCB_ATOM_CARDINAL;
+    char event[32] = {};
+    std::memcpy(event, &message, sizeof message);
+    xcb_send_event(x11::server(), 0, message.window, 0, event);
+    xcb_flush(x11::server());
+  }
+
+  bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
+    const auto* const event = static_cast<const xcb_client_message_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE || commands_.empty() ||
+        event->window != window_.winId() || event->type != XCB_ATOM_CARDINAL) {
+      return false;
+    }
+    const std::string line = commands_.front();
+    commands_.pop_front();
+    run(line);
+    return true;
+  }
+
+ private:
+  void run(const std::string& line) {
+    std::istringstream words(line);
+    std::string verb;
+    words >> verb;
+    if (verb == "set") {
+      std::string name;
+      std::int64_t code = 0, modifiers = 0;
+      words >> name >> code >> modifiers;
+      setShortcut(Shortcut(code, modifiers), handled(name));
+      say(name + (isEnabled(handled(name)) ? " taken" : " not taken"));
+    } else if (verb == "disable" || verb == "enable") {
+      std::string name;
+      words >> name;
+      (verb == "disable" ? disable : enable)({handled(name)});
+      say(name + (isEnabled(handled(name)) ? " taken" : " not taken"));
+    } else if (verb == "off" || verb == "on") {
+      setEnabled(verb == "on");
+      say(verb);
+    } else if (verb == "prints") {
+      std::string text = "prints";
+      for (std::uint16_t code = 0; words >> code;) {
+        const auto character = layout_.character(code);
+        text += ' ' + (character ? KeyboardShortcuts::character(*character).value_or("?") : "none");
+      }
+      say(text);
+    } else if (verb == "menu") {
+      menu_ = std::make_unique<QMenu>();
+      for (const char* entry : {"first", "second", "third"}) {
+        menu_->addAction(entry, [entry] { say(std::string("chose ") + entry); });
+      }
+      menu_->popup({100, 100});
+      say("menu");
+    }
+  }
+
+  Name handled(const std::string& name) {
+    const Name wanted = Name::fromRawValue(name);
+    if (names_.insert(name).second) {
+      onKeyDown(wanted, [name] { say("down " + name); });
+      onKeyUp(wanted, [name] { say("up " + name); });
+    }
+    return wanted;
+  }
+
+  QtMainLoop loop_;
+  desktop::DefaultsFile defaults_;
+  NotificationCenter notifications_;
+  MenuTracking menuTracking_{notifications_};
+  x11::KeyboardChanges changes_;
+  x11::KeyGrabs hotKeys_{changes_};
+  x11::XkbLayout layout_{changes_};
+  std::set<std::string> names_;
+  QWidget window_;
+  std::deque<std::string> commands_;
+  std::unique_ptr<QMenu> menu_;
+  Registration module_ = use({loop_, defaults_, hotKeys_, layout_, notifications_});
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  Probe probe;
+  QSocketNotifier input(0, QSocketNotifier::Read);
+  QObject::connect(&input, &QSocketNotifier::activated, [&] {
+    std::string line;
+    if (!std::getline(std::cin, line)) return QApplication::quit();
+    probe.command(line);
+  });
+  say("ready");
+  return QApplication::exec();
+}

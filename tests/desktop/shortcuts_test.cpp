@@ -1,0 +1,91 @@
+#include <QRect>
+#include <chrono>
+
+#include "tests/desktop/harness/status_desktop_test.h"
+
+namespace tarnwick::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Client menuClient{"fake_sni_client", "fake_sni_client"};
+
+// The utility with super + down for the panel and control + F9 for revealing.
+class ShortcutsTest : public StatusDesktopTest {
+ protected:
+  void SetUp() override {
+    StatusDesktopTest::SetUp();
+    grantUtility();
+    startBar();
+    desktop.writeDefaults(
+        {{"hiddenBundleIds", {menuClient.bundleId}},
+         {"KeyboardShortcuts_togglePanel", R"({"carbonKeyCode":125,"carbonModifiers":256})"},
+         {"KeyboardShortcuts_revealEverything",
+          R"({"carbonModifiers":4096,"carbonKeyCode":101})"}});
+    client = startClients({menuClient}).front();
+    startUtility();
+    ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(menuClient); })) << row();
+  }
+
+  bool panelIsShown() { return !desktop.windowFrame("Hidden apps").isEmpty(); }
+  // A window of the utility's that is not the panel.
+  bool menuIsShown() {
+    Program& search =
+        desktop.start("xdotool", {"search", "--all", "--onlyvisible", "--class", "^tarnwick$"});
+    search.waitForEnd();
+    const auto windows = search.output().count('\n');
+    return windows > (panelIsShown() ? 1 : 0);
+  }
+  void keys(const QStringList& arguments) {
+    ASSERT_TRUE(desktop.start("xdotool", arguments).waitForEnd());
+  }
+
+  Program* client = nullptr;
+};
+
+TEST_F(ShortcutsTest, ToggleThePanelOnReleaseWhoeverHasTheFocus) {
+  startClients({copyq});
+  desktop.start("copyq", {"show"});
+  ASSERT_TRUE(waitFor([&] {
+    Program& active = desktop.start("xdotool", {"getactivewindow", "getwindowname"});
+    active.waitForEnd();
+    return active.output().contains("CopyQ");
+  }));
+  keys({"key", "Caps_Lock", "key", "Num_Lock"});
+  keys({"keydown", "super", "keydown", "Down"});
+  letPass(500ms);
+  EXPECT_FALSE(panelIsShown());
+  keys({"keyup", "super", "keyup", "Down"});
+  EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+  keys({"key", "super+Down"});
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
+}
+
+TEST_F(ShortcutsTest, RevealForFifteenSeconds) {
+  const auto before = std::chrono::steady_clock::now();
+  keys({"key", "ctrl+F9"});
+  ASSERT_TRUE(waitFor([&] { return shown(menuClient); })) << row();
+  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(menuClient); }, 60s)) << row();
+  EXPECT_GE(std::chrono::steady_clock::now() - before, 15s);
+}
+
+TEST_F(ShortcutsTest, WorkWhileTheMenuOfAHiddenItemIsOpen) {
+  keys({"key", "super+Down"});
+  ASSERT_TRUE(waitFor([&] { return panelIsShown(); }));
+  desktop.click(desktop.windowFrame("Hidden apps").center());
+  ASSERT_TRUE(waitFor([&] { return !panelIsShown(); }));
+  // The menu comes up when its owner has answered, and then has the keyboard.
+  ASSERT_TRUE(waitFor([&] { return menuIsShown(); }));
+  keys({"key", "super+Down"});
+  EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+  EXPECT_TRUE(menuIsShown());
+  keys({"key", "Down", "key", "Return"});
+  EXPECT_TRUE(waitFor([&] { return client->output().contains("clicked"); }))
+      << client->output().data();
+  EXPECT_TRUE(waitFor([&] { return !menuIsShown(); }));
+  keys({"key", "super+Down"});
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
+}
+
+}  // namespace
+}  // namespace tarnwick::test
