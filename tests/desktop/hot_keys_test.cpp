@@ -169,5 +169,16 @@ TEST_F(HotKeysTest, SignsAreThoseOfTheLayout) {
   }
 }
 
+TEST_F(HotKeysTest, LayoutChosenWhileRunningChangesTheSigns) {
+  run("setxkbmap", {"-layout", "us,de,ru"});
+  const char* const expected[] = {"prints y [", "prints z ü", "prints z ü"};
+  for (int layout = 0; layout < 3; ++layout) {  // the Russian one has no Latin letters
+    EXPECT_EQ(answer("layout " + QByteArray::number(layout)), "layout");
+    QByteArray printed;
+    EXPECT_TRUE(waitFor([&] { return (printed = answer("prints 16 33")) == expected[layout]; }))
+        << layout << ": " << printed.data();
+  }
+}
+
 }  // namespace
 }  // namespace tarnwick::test

@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QSocketNotifier>
 #include <QWidget>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <deque>
@@ -14,6 +16,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "adapters/desktop/defaults_file.h"
 #include "adapters/qt/menu_tracking.h"
@@ -21,6 +24,7 @@
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/server.h"
+#include "adapters/x11/xkb.h"
 #include "adapters/x11/xkb_layout.h"
 #include "shortcuts/character.h"
 #include "shortcuts/keyboard_shortcuts.h"
@@ -91,6 +95,16 @@ class Probe : public QAbstractNativeEventFilter {
         text += ' ' + (character ? KeyboardShortcuts::character(*character).value_or("?") : "none");
       }
       say(text);
+    } else if (verb == "many") {
+      std::size_t count = 0;
+      words >> count;
+      say(registerMany(count));
+    } else if (verb == "layout") {
+      int number = 0;
+      words >> number;
+      xcb_xkb_latch_lock_state(x11::server(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1,
+                               static_cast<std::uint8_t>(number), 0, 0, 0);
+      say("layout");
     } else if (verb == "menu") {
       menu_ = std::make_unique<QMenu>();
       for (const char* entry : {"first", "second", "third"}) {
@@ -99,6 +113,25 @@ class Probe : public QAbstractNativeEventFilter {
       menu_->popup({100, 100});
       say("menu");
     }
+  }
+
+  // Microseconds that it takes to give handlers to names that have shortcuts, all different.
+  std::string registerMany(std::size_t count) {
+    std::vector<Name> names;
+    for (std::int64_t key = 0; names.size() < count; ++key) {
+      names.push_back(Name::fromRawValue("many " + std::to_string(key)));
+      // Places of letters and digits, with four sets of modifiers.
+      constexpr std::int64_t modifiers[] = {0x1100, 0x900, 0x1800, 0x1900};
+      setShortcut(Shortcut(key / 4 % 30, modifiers[key % 4]), names.back());
+    }
+    const auto start = std::chrono::steady_clock::now();
+    for (const Name& name : names) onKeyUp(name, [] {});
+    const auto end = std::chrono::steady_clock::now();
+    const auto taken =
+        std::count_if(names.begin(), names.end(), [](const Name& name) { return isEnabled(name); });
+    removeAllHandlers();
+    return "many " + std::to_string((end - start) / std::chrono::microseconds(1)) + ' ' +
+           std::to_string(taken);
   }
 
   Name handled(const std::string& name) {

@@ -188,14 +188,12 @@ bool KeyGrabs::nativeEventFilter(const QByteArray& type, void* message, qintptr*
 
 // True for presses through a grab of a hot key, which are for nobody else.
 bool KeyGrabs::hotKeyPressed(std::uint8_t keyCode, std::uint16_t state) {
-  const auto pressed = masks_.modifiers(state);
-  const auto bits = pressed ? masks_.bits(*pressed & ~KeyModifiers::capsLock) : std::nullopt;
-  if (!bits) return false;
+  const auto bits = static_cast<std::uint16_t>(state & masks_.ofShortcuts());
   const auto [entry, fresh] = held_.try_emplace(keyCode);
   if (!fresh) return entry->second.forHotKey;  // a repetition
-  entry->second = {*bits, true, false, *pressed};
+  entry->second = {bits, true, false, masks_.modifiers(bits).value_or(KeyModifiers::none)};
   heldCheck_.start();
-  tell(keyCode, *bits, true);
+  tell(keyCode, bits, true);
   return true;
 }
 

@@ -61,6 +61,10 @@ ModifierMasks ModifierMasks::present() {
   return masks;
 }
 
+std::uint16_t ModifierMasks::ofShortcuts() const {
+  return XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | alt | super;
+}
+
 std::optional<std::uint16_t> ModifierMasks::bits(KeyModifiers modifiers) const {
   const struct {
     KeyModifiers modifier;

@@ -18,6 +18,8 @@ struct ModifierMasks {
   // Asks the X server.
   static ModifierMasks present();
 
+  // Every bit that a shortcut may have.
+  std::uint16_t ofShortcuts() const;
   // Bits for the modifiers; absent when the keyboard has no key for one of them.
   std::optional<std::uint16_t> bits(KeyModifiers modifiers) const;
   // Modifiers of an event's state; absent when one is held that the core has no name for.
