@@ -112,7 +112,8 @@ void XkbLayout::load() const {
                                                XKB_KEYMAP_COMPILE_NO_FLAGS));
   if (!keymap_) return;
   const auto groups = xkb_keymap_num_layouts(keymap_.get());
-  latinGroup_.reset();
+  // The layout chosen last stays so when the map changes, as far as it is one of the new map.
+  if (const auto before = std::exchange(latinGroup_, std::nullopt)) choose(*before);
   for (xkb_layout_index_t group = 0; group < groups && !latinGroup_; ++group) choose(group);
   const Reply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
       connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
