@@ -40,8 +40,7 @@ TEST_F(BindingTest, NothingIsBoundUntilTheUserChoosesAKey) {
 }
 
 TEST_F(BindingTest, StoredShortcutsWorkFromTheStartOnRelease) {
-  desktop.defaults["KeyboardShortcuts_togglePanel"] =
-      R"({"carbonKeyCode":96,"carbonModifiers":0})";
+  desktop.defaults["KeyboardShortcuts_togglePanel"] = R"({"carbonKeyCode":96,"carbonModifiers":0})";
   desktop.defaults["KeyboardShortcuts_revealEverything"] =
       R"({"carbonKeyCode":49,"carbonModifiers":2048})";
   start();
