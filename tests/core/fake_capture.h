@@ -33,6 +33,7 @@ class FakeCapture : public WindowCapture, public PictureFiles {
   };
 
   bool allowed = true;
+  int requests = 0;
   std::optional<std::vector<CapturableWindow>> list = std::vector<CapturableWindow>{};
   // Asked in place of `list` when set.
   std::function<std::vector<CapturableWindow>()> listNow;
@@ -42,7 +43,7 @@ class FakeCapture : public WindowCapture, public PictureFiles {
   std::map<std::string, Bitmap> files;
 
   bool preflight() override { return allowed; }
-  void request() override {}
+  void request() override { ++requests; }
   void windows(
       std::function<void(std::optional<std::vector<CapturableWindow>>)> callback) override {
     answer([this, callback = std::move(callback)] { callback(listNow ? listNow() : list); });
