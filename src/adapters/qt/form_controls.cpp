@@ -296,7 +296,7 @@ Stepper::Stepper(QWidget* parent)
     : QWidget(parent), up_(new StepButton(1, this)), down_(new StepButton(-1, this)) {
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   auto* const both = new QVBoxLayout(this);
-  both->setContentsMargins(0, 0, 0, 0);
+  both->setContentsMargins(0, 0, ringRoom, 0);
   both->setSpacing(1);
   both->addWidget(up_);
   both->addWidget(down_);

@@ -83,10 +83,10 @@ FormSection::FormSection(const QString& header, QWidget* parent)
 
 QHBoxLayout* FormSection::addRow(int index) {
   auto* const row = new QWidget(card_);
-  row->setMinimumHeight(rowHeight);
   auto* const content = new QHBoxLayout(row);
+  content->addStrut(rowHeight - 2 * rowMargin);
   // Controls bring room for their rings with them.
-  content->setContentsMargins(rowPadding - ringRoom, 4, rowPadding - ringRoom, 4);
+  content->setContentsMargins(rowPadding - ringRoom, rowMargin, rowPadding - ringRoom, rowMargin);
   content->setSpacing(rowSpacing - ringRoom);
   rows_->insertWidget(index, row);
   return content;

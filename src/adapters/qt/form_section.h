@@ -33,6 +33,7 @@ class FormSection : public QWidget {
   static constexpr int width = 420;      // of the card
   static constexpr int rowPadding = 14;  // between a card's side and its rows' content
   static constexpr int rowHeight = 42;   // at least
+  static constexpr int rowMargin = 4;    // above and below a row's content
   static constexpr int contentWidth = width - 2 * rowPadding;
 
   // Without a header when that is empty.

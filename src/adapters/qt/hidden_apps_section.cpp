@@ -68,6 +68,7 @@ void HiddenAppsSection::rebuild() {
     row->addStretch();
     setTabOrder(before, hidden);
     before = hidden;
+    hidden->parentWidget()->show();  // now, so that it can be the first to get the focus
     rows_.push_back({app, hidden});
   }
   setTabOrder(before, rescan_);

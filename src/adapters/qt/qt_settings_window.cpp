@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "adapters/qt/slim_scroll_bar.h"
 #include "adapters/qt/tones.h"
 
 namespace tarnwick {
@@ -30,6 +31,8 @@ class SettingsWidget : public QWidget {
     takePalette();
     scroll_.setFrameShape(QFrame::NoFrame);
     scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_.setVerticalScrollBar(new SlimScrollBar);
+    scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // shows itself only when needed
     scroll_.setFocusPolicy(Qt::NoFocus);
     scroll_.viewport()->setAutoFillBackground(false);
     scroll_.setWidgetResizable(true);

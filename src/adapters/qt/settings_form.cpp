@@ -8,6 +8,7 @@
 #include <iterator>
 #include <utility>
 
+#include "adapters/qt/slim_scroll_bar.h"
 #include "adapters/qt/tones.h"
 
 namespace tarnwick {
@@ -42,8 +43,9 @@ class WarningTriangle : public QWidget {
 };
 
 void addNote(QHBoxLayout* row, Note* note) {
-  row->setContentsMargins(row->contentsMargins() +
-                          QMargins(ringRoom, noteMargin - 4, 0, noteMargin - 4));
+  row->setContentsMargins(row->contentsMargins() + QMargins(ringRoom,
+                                                            noteMargin - FormSection::rowMargin, 0,
+                                                            noteMargin - FormSection::rowMargin));
   row->addWidget(note);
   row->addStretch();
 }
@@ -84,7 +86,8 @@ void present(Picker& picker, int index) {
 SettingsForm::SettingsForm(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows)
     : view_(std::move(view)) {
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(sideMargin, topMargin, sideMargin, topMargin);
+  column->setContentsMargins(sideMargin, topMargin, sideMargin - SlimScrollBar::thickness,
+                             topMargin);
   column->setSpacing(sectionSpacing);
   FormButton* const openSettings = addWarning();
   hiddenApps_ = new HiddenAppsSection(view_, openSettings, this);

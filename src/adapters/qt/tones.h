@@ -19,6 +19,7 @@ struct Tones {
   QColor track;  // of a switch that is off
   QColor knob;
   QColor accent;
+  QColor scroller;
   QColor warning;
 };
 
