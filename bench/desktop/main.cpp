@@ -15,8 +15,9 @@ namespace tarnwick::bench {
 namespace {
 
 const std::vector<std::pair<std::string, std::function<void()>>> sections{
-    {"pass", pass},   {"scan", scan}, {"pixels", pixels}, {"startup", startUp}, {"storm", storm},
-    {"burst", burst}, {"idle", idle}, {"panel", panel},   {"capture", capture}};
+    {"pass", pass},       {"scan", scan},        {"pixels", pixels}, {"startup", startUp},
+    {"storm", storm},     {"burst", burst},      {"idle", idle},     {"panel", panel},
+    {"capture", capture}, {"settings", settings}};
 
 }  // namespace
 }  // namespace tarnwick::bench

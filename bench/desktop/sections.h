@@ -13,5 +13,6 @@ void burst();
 void idle();
 void panel();
 void capture();
+void settings();
 
 }  // namespace tarnwick::bench
