@@ -28,7 +28,9 @@ SettingsView::SettingsView(Desktop& desktop, std::shared_ptr<MenuBarController> 
       iconStyle_(preferences_.panelIconStyle()),
       handleStyle_(preferences_.handleIconStyle()),
       hasPermission_(desktop.accessibility.isProcessTrusted()),
-      launchAtLogin_(desktop.loginItem.isEnabled()) {}
+      launchAtLogin_(desktop.loginItem.isEnabled()) {
+  captureAccess_ = desktop_.windowCapture.onAccessChanged([this] { changed_.notify(); });
+}
 
 void SettingsView::appear() {
   refreshLaunchAtLogin();

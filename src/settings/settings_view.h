@@ -78,6 +78,7 @@ class SettingsView : public std::enable_shared_from_this<SettingsView> {
   const Preferences preferences_;
   const MenuBarScanner scanner_;
   CallbackList changed_;
+  Registration captureAccess_;
 
   std::vector<CandidateApp> candidates_;
   std::set<std::string> hidden_;

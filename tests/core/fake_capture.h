@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/callback_list.h"
 #include "platform/main_loop.h"
 #include "platform/picture_files.h"
 #include "platform/window_capture.h"
@@ -34,6 +35,7 @@ class FakeCapture : public WindowCapture, public PictureFiles {
 
   bool allowed = true;
   int requests = 0;
+  CallbackList accessChanged;
   std::optional<std::vector<CapturableWindow>> list = std::vector<CapturableWindow>{};
   // Asked in place of `list` when set.
   std::function<std::vector<CapturableWindow>()> listNow;
@@ -44,6 +46,9 @@ class FakeCapture : public WindowCapture, public PictureFiles {
 
   bool preflight() override { return allowed; }
   void request() override { ++requests; }
+  Registration onAccessChanged(std::function<void()> callback) override {
+    return accessChanged.add(std::move(callback));
+  }
   void windows(
       std::function<void(std::optional<std::vector<CapturableWindow>>)> callback) override {
     answer([this, callback = std::move(callback)] { callback(listNow ? listNow() : list); });

@@ -179,6 +179,17 @@ TEST_F(SettingsTest, PictureStyleCapturesOrAsksAndRefreshesThePanelTwice) {
   }
 }
 
+TEST_F(SettingsTest, CaptureNoteGoesWhenTheAccessComes) {
+  start();
+  SettingsView& view = open();
+  view.setIconStyle(PanelIconStyle::statusIcon);
+  bool noteDrawn = true;
+  const auto observer = view.onChanged([&] { noteDrawn = view.showsCaptureNote(); });
+  desktop.capture.allowed = true;
+  desktop.capture.accessChanged.notify();
+  EXPECT_FALSE(noteDrawn);
+}
+
 TEST_F(SettingsTest, HandleStyleIsDrawnAtOnce) {
   start();
   SettingsView& view = open();
