@@ -102,6 +102,10 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
   ASSERT_TRUE(waitFor([&] { return !shownControl("Allow", button, "tarnwick-bar"); }));
   // The privacy window may lie above; launching again brings the settings forward.
   open();
+  const auto objects = tree->objectsOf("tarnwick-bar");
+  EXPECT_TRUE(std::any_of(objects.begin(), objects.end(), [](const Accessible& object) {
+    return object.name.startsWith("Control other applications’ items\nsince ");
+  }));
   press("Rescan", button);
   ASSERT_TRUE(waitFor([&] { return shownControl("Parcellite", checkBox).has_value(); }));
   EXPECT_FALSE(shownControl("Open System Settings…", button));
@@ -122,6 +126,19 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
   EXPECT_TRUE(waitFor([&] { return boundaryLength() == 2 && shown(parcellite); })) << row();
   EXPECT_EQ(groups(), "[]");
   EXPECT_FALSE(shownControl("Group Parcellite", field));
+
+  // What was granted is taken back where it is listed.
+  const auto revoke = tree->find("tarnwick-bar", "Revoke", button);
+  ASSERT_TRUE(revoke && tree->doAction(*revoke, tree->actions(*revoke).indexOf("Press")));
+  ASSERT_TRUE(waitFor([&] {
+    press("Rescan", button);
+    return shownControl("Open System Settings…", button).has_value();
+  }));
+  EXPECT_FALSE(shownControl("Parcellite", checkBox));
+
+  press("Open Menu Bar Settings…", button);
+  EXPECT_TRUE(
+      waitFor([&] { return shownControl("Show the date", checkBox, "tarnwick-bar").has_value(); }));
 }
 
 TEST_F(SettingsTest, ColumnsFollowTheFieldTheArrowKeysAndTheStepper) {
