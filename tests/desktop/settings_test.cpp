@@ -234,9 +234,13 @@ TEST_F(SettingsTest, ClosedWindowComesBackWhereItWas) {
   const QRect centred = frame();
   EXPECT_EQ(centred.size(), QSize(460, 640));
   EXPECT_NEAR(centred.center().x(), 640, 2);
+  const auto place = [&] {
+    return tree->frameOf(*tree->find("tarnwick", "Icons per row", field)).topLeft();
+  };
+  const QPoint before = place();
   xdotool({"search", "--onlyvisible", "--name", "^Tarnwick$", "windowmove", "123", "77"});
-  ASSERT_TRUE(waitFor([&] { return frame().topLeft() != centred.topLeft(); }));
-  letPass(std::chrono::milliseconds(300));  // the utility has been told
+  // Until the utility has been told, too.
+  ASSERT_TRUE(waitFor([&] { return place() != before; }));
   const QRect moved = frame();
   for (int round = 0; round < 2; ++round) {
     keys({"ctrl+w"});
