@@ -49,6 +49,7 @@ class Demo {
   // The pictures taken of hidden items, side by side and enlarged.
   bool showCache();
   bool showPanel(const QString& style);
+  bool showSettings();
   bool await(const std::function<bool()>& condition) {
     return waitFor([&] { return interrupted != 0 || condition(); }) && interrupted == 0;
   }
@@ -157,6 +158,15 @@ bool Demo::showPanel(const QString& style) {
          await([&] { return frame().isEmpty(); });
 }
 
+bool Demo::showSettings() {
+  desktop_.start("tarnwick");  // a second start opens them
+  const bool opened = await([&] { return !desktop_.windowFrame("Tarnwick").isEmpty(); });
+  out_ << "\n" << ++step_ << ". The settings\n\n";
+  letPass(std::chrono::milliseconds(300));  // they get painted
+  save(desktop_.screenshot(), "settings");
+  return opened;
+}
+
 bool Demo::expectHidden(const QString& step, const QStringList& hidden) {
   const double right = bar_->frame().right();
   BarItems misplaced;
@@ -196,7 +206,7 @@ int Demo::run() {
                     expectHidden("Two hidden: " + first + " and " + second, {first, second}) &&
                     release(first) && expectHidden("Released: " + first, {second}) && hide(first) &&
                     expectHidden("Hidden again: " + first, {first, second}) && showCache() &&
-                    showPanel("statusIcon") && showPanel("appIcon");
+                    showPanel("statusIcon") && showPanel("appIcon") && showSettings();
   if (interrupted != 0) {
     out_ << "\nInterrupted." << Qt::endl;
     return 130;

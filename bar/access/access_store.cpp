@@ -27,8 +27,8 @@ AccessStore::Grants grantsOf(const nlohmann::json& document) {
 
 }  // namespace
 
-AccessStore::AccessStore(desktop::JsonFile file, QObject* parent)
-    : QObject(parent), file_(std::move(file)) {
+AccessStore::AccessStore(desktop::JsonFile file, GrantTimes times, QObject* parent)
+    : QObject(parent), file_(std::move(file)), times_(std::move(times)) {
   refresh();
 }
 
@@ -64,6 +64,7 @@ bool AccessStore::edit(const std::string& executable, Capability capability, boo
     if (names.empty()) document.erase(executable);
     return true;
   });
+  if (written && granted) times_.granted(executable, capability);
   refresh();
   return written;
 }
@@ -99,7 +100,10 @@ void AccessStore::take(Grants grants) {
   };
   const auto taken = missingIn(before, grants_);
   const auto given = missingIn(grants_, before);
-  for (const auto& [executable, capability] : taken) emit changed(executable, capability, false);
+  for (const auto& [executable, capability] : taken) {
+    times_.revoked(executable, capability);
+    emit changed(executable, capability, false);
+  }
   for (const auto& [executable, capability] : given) emit changed(executable, capability, true);
 }
 

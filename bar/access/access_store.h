@@ -7,6 +7,7 @@
 
 #include "adapters/desktop/json_file.h"
 #include "bar/access/capability.h"
+#include "bar/access/grant_times.h"
 
 namespace tarnwick::bar {
 
@@ -19,12 +20,17 @@ class AccessStore : public QObject {
  public:
   using Grants = std::map<std::string, std::set<Capability>>;
 
-  explicit AccessStore(desktop::JsonFile file, QObject* parent = nullptr);
+  AccessStore(desktop::JsonFile file, GrantTimes times, QObject* parent = nullptr);
 
   const std::filesystem::path& path() const { return file_.path(); }
 
   bool allows(const std::string& executable, Capability capability);
   const Grants& grants();
+  // When the user allowed it; absent when that is not known.
+  std::optional<std::chrono::sys_seconds> since(const std::string& executable,
+                                                Capability capability) const {
+    return times_.since(executable, capability);
+  }
 
   // False when it could not be written; nothing has changed then.
   bool grant(const std::string& executable, Capability capability);
@@ -51,6 +57,7 @@ class AccessStore : public QObject {
   bool edit(const std::string& executable, Capability capability, bool granted);
 
   desktop::JsonFile file_;
+  GrantTimes times_;
   Stamp stamp_;
   Grants grants_;
 };

@@ -1,10 +1,12 @@
 #include "bar/access/privacy_window.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -93,6 +95,11 @@ QWidget* PrivacyWindow::row(const std::string& executable, Capability capability
 
   auto* const name = new QLabel(base);
   auto* const what = new QLabel(purpose(capability));
+  if (const auto since = store_.since(executable, capability)) {
+    const auto time = QDateTime::fromSecsSinceEpoch(since->time_since_epoch().count());
+    what->setText(
+        tr("%1\nsince %2").arg(what->text(), QLocale().toString(time, QLocale::ShortFormat)));
+  }
   auto* const where = new QLabel;
   QFont small = where->font();
   small.setPointSizeF(small.pointSizeF() * 0.9);

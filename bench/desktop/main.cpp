@@ -15,9 +15,9 @@ namespace tarnwick::bench {
 namespace {
 
 const std::vector<std::pair<std::string, std::function<void()>>> sections{
-    {"pass", pass},       {"scan", scan},          {"pixels", pixels}, {"startup", startUp},
-    {"storm", storm},     {"burst", burst},        {"idle", idle},     {"panel", panel},
-    {"capture", capture}, {"shortcuts", shortcuts}};
+    {"pass", pass},       {"scan", scan},           {"pixels", pixels},    {"startup", startUp},
+    {"storm", storm},     {"burst", burst},         {"idle", idle},        {"panel", panel},
+    {"capture", capture}, {"shortcuts", shortcuts}, {"settings", settings}};
 
 }  // namespace
 }  // namespace tarnwick::bench

@@ -14,5 +14,6 @@ void idle();
 void panel();
 void capture();
 void shortcuts();
+void settings();
 
 }  // namespace tarnwick::bench

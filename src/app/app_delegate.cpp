@@ -43,7 +43,18 @@ const std::shared_ptr<MenuBarController>& AppDelegate::menuBarController() {
   return menuBarController_;
 }
 
-// There is no settings window yet.
-void AppDelegate::openSettings() {}
+void AppDelegate::openSettings() {
+  if (!settingsWindow_) {
+    settingsWindow_ = desktop_.settingsWindows.makeSettingsWindow(
+        std::make_shared<SettingsView>(desktop_, menuBarController()));
+  }
+  settingsWindow_->makeKeyAndOrderFront();
+  settingsWindow_->orderFrontRegardless();
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool) {
+  openSettings();
+  return true;
+}
 
 }  // namespace tarnwick

@@ -4,11 +4,12 @@
 
 #include "hiding/menu_bar_controller.h"
 #include "platform/desktop.h"
+#include "settings/settings_view.h"
 
 namespace tarnwick {
 
-// What the running application does: owns the one controller and starts it. Made by the process
-// entry and kept until the process ends.
+// What the running application does: owns the one controller and starts it, and the settings
+// window. Made by the process entry and kept until the process ends.
 class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
  public:
   explicit AppDelegate(Desktop& desktop) : desktop_(desktop) {}
@@ -19,13 +20,17 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
   // The one controller, created on first use.
   const std::shared_ptr<MenuBarController>& menuBarController();
 
+  // Shows the one settings window in front of everything.
   void openSettings();
+  // The user launched the application again while it runs. True: that is all there is to do.
+  bool applicationShouldHandleReopen(bool hasVisibleWindows);
 
  private:
   void bindShortcuts();
 
   Desktop& desktop_;
   std::shared_ptr<MenuBarController> menuBarController_;
+  std::unique_ptr<SettingsWindow> settingsWindow_;  // absent until first opened
 };
 
 }  // namespace tarnwick

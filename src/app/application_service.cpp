@@ -25,6 +25,12 @@ constexpr int activateDeadline = 2000;  // milliseconds
 constexpr qsizetype longestIdentifier = 1000;
 constexpr Duration revealLength = std::chrono::seconds(15);
 
+QDBusMessage daemonCall(const QString& method) {
+  return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                        QStringLiteral("/org/freedesktop/DBus"),
+                                        QStringLiteral("org.freedesktop.DBus"), method);
+}
+
 // The one string of an action's parameters.
 std::optional<std::string> identifierIn(const QVariantList& parameters) {
   if (parameters.size() != 1) return std::nullopt;
@@ -46,10 +52,15 @@ ApplicationService::ApplicationService(const QDBusConnection& bus) : bus_(bus) {
   bus_.registerObject(path, this, QDBusConnection::ExportAllSlots);
 }
 
+// Waits until it is free: a new instance may ask for it next.
+ApplicationService::~ApplicationService() {
+  auto release = daemonCall(QStringLiteral("ReleaseName"));
+  release << name;
+  bus_.call(release, QDBus::Block, daemonDeadline);
+}
+
 bool ApplicationService::claim() {
-  auto request = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+  auto request = daemonCall(QStringLiteral("RequestName"));
   request << name << doNotQueue;
   const QDBusMessage reply = bus_.call(request, QDBus::Block, daemonDeadline);
   return reply.type() == QDBusMessage::ReplyMessage &&
@@ -75,7 +86,7 @@ void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> dele
 }
 
 void ApplicationService::Activate(const QVariantMap&) {
-  if (const auto delegate = delegate_.lock()) delegate->openSettings();
+  if (const auto delegate = delegate_.lock()) delegate->applicationShouldHandleReopen(false);
 }
 
 // There are no documents to open.

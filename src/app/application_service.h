@@ -22,6 +22,8 @@ class ApplicationService : public QObject, protected QDBusContext {
 
  public:
   explicit ApplicationService(const QDBusConnection& bus);
+  // Gives the name back.
+  ~ApplicationService() override;
 
   // Takes the name. False when another process has it or the bus does not give it.
   bool claim();

@@ -5,7 +5,9 @@
 #include <QDBusConnection>
 #include <cstdio>
 #include <memory>
+#include <string>
 
+#include "adapters/desktop/own_program.h"
 #include "adapters/qt/quit_signals.h"
 #include "adapters/x11/windows.h"
 #include "app/app_delegate.h"
@@ -14,16 +16,21 @@
 #include "look/appearance.h"
 #include "look/icon_theme.h"
 
-int main(int, char** argv) {
-  using namespace tarnwick;
+namespace tarnwick {
 
-  // What our starter left open is not for the programs that we start.
-  close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);
+namespace {
 
+struct End {
+  int exitCode = 0;
+  bool hasSuccessor = false;  // a new instance is to take this one's place
+};
+
+// The whole life of one instance.
+End run(char** argv, const std::string& program) {
   auto firstConnection = x11::connectToServer();
   if (!firstConnection) {  // the toolkit would abort
     std::fputs("tarnwick: no X server answers at $DISPLAY\n", stderr);
-    return 1;
+    return {1};
   }
   char platformOption[] = "-platform";
   char platform[] = "xcb";
@@ -35,21 +42,40 @@ int main(int, char** argv) {
   const auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     std::fputs("tarnwick: there is no D-Bus session bus\n", stderr);
-    return 1;
+    return {1};
   }
   ApplicationService service(bus);
   if (!service.claim()) {
     service.activateOther();
-    return 0;
+    return {};
   }
 
   const QuitSignals quitSignals;
   chooseIconTheme();
   Appearance appearance(bus);
   appearance.start();
-  Services services(bus);
+  Services services(bus, program);
   const auto delegate = std::make_shared<AppDelegate>(services.desktop());
   service.serve(services.desktop(), delegate);
   delegate->applicationDidFinishLaunching();
-  return QApplication::exec();
+  const int exitCode = QApplication::exec();
+  return {exitCode, services.application().hasSuccessor()};
+}
+
+}  // namespace
+
+}  // namespace tarnwick
+
+int main(int, char** argv) {
+  using namespace tarnwick;
+
+  // What our starter left open is not for the programs that we start.
+  close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);
+
+  const std::string program = desktop::startedFrom(argv[0]);
+  const End end = run(argv, program);
+  if (!end.hasSuccessor) return end.exitCode;
+  desktop::replaceProcess(program, argv);
+  std::perror("tarnwick");
+  return 1;
 }

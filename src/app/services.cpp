@@ -3,19 +3,21 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWidget>
+#include <utility>
 
 #include "adapters/desktop/json_file.h"
 #include "adapters/x11/windows.h"
 
 namespace tarnwick {
 
-Services::Services(const QDBusConnection& bus)
+Services::Services(const QDBusConnection& bus, std::string program)
     : screens_(x11::activeWindowCentre, x11::workArea),
       identities_(x11::windowHints),
       bar_(loop_, bus),
       workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier()),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
-      presses_([this](QPoint rootPixels) { return isOurs(rootPixels); }) {}
+      presses_([this](QPoint rootPixels) { return isOurs(rootPixels); }),
+      loginItem_(QtApplication::identifier, std::move(program)) {}
 
 // A window of ours, or one of our items in the bar.
 bool Services::isOurs(QPoint rootPixels) {

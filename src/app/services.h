@@ -1,23 +1,28 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <string>
 
 #include "adapters/bar/bar_accessibility.h"
 #include "adapters/bar/bar_connection.h"
 #include "adapters/bar/bar_pointer_events.h"
+#include "adapters/bar/bar_settings_panes.h"
 #include "adapters/bar/bar_snapshots.h"
 #include "adapters/bar/bar_status_bar.h"
 #include "adapters/bar/bar_window_capture.h"
 #include "adapters/bar/bar_workspace.h"
+#include "adapters/desktop/autostart_entry.h"
 #include "adapters/desktop/defaults_file.h"
 #include "adapters/desktop/identity.h"
 #include "adapters/qt/menu_tracking.h"
 #include "adapters/qt/png_files.h"
 #include "adapters/qt/qt_application.h"
+#include "adapters/qt/qt_collation.h"
 #include "adapters/qt/qt_main_loop.h"
 #include "adapters/qt/qt_menus.h"
 #include "adapters/qt/qt_panel_window.h"
 #include "adapters/qt/qt_screens.h"
+#include "adapters/qt/qt_settings_window.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/raw_presses.h"
@@ -32,11 +37,13 @@ namespace tarnwick {
 // The adapters of this desktop, wired together. Needs a QApplication and a session bus.
 class Services {
  public:
-  explicit Services(const QDBusConnection& bus);
+  // `program` is the path that this process was started by.
+  Services(const QDBusConnection& bus, std::string program);
   // Ends every task, so that nothing uses a service that is gone.
   ~Services();
 
   Desktop& desktop() { return desktop_; }
+  const QtApplication& application() const { return application_; }
 
  private:
   bool isOurs(QPoint rootPixels);
@@ -57,9 +64,13 @@ class Services {
   QtPanelWindows panelWindows_{{x11::isComposited, x11::cutWindow}};
   x11::RawPresses presses_;
   QtMenus menus_{loop_, presses_};
-  Desktop desktop_{loop_,         accessibility_, pointer_,     workspace_,     statusBar_,
-                   screens_,      defaults_,      application_, windowCapture_, pictures_,
-                   panelWindows_, presses_,       menus_};
+  QtSettingsWindows settingsWindows_{{x11::activateWindow}};
+  BarSettingsPanes settingsPanes_{bar_};
+  desktop::AutostartEntry loginItem_;
+  QtCollation collation_;
+  Desktop desktop_{loop_,     accessibility_,   pointer_,       workspace_, statusBar_,    screens_,
+                   defaults_, application_,     windowCapture_, pictures_,  panelWindows_, presses_,
+                   menus_,    settingsWindows_, settingsPanes_, loginItem_, collation_};
   NotificationCenter notifications_;
   MenuTracking menuTracking_{notifications_};
   x11::KeyboardChanges keyboardChanges_;

@@ -2,15 +2,19 @@
 
 #include "platform/accessibility.h"
 #include "platform/application.h"
+#include "platform/collation.h"
 #include "platform/defaults_store.h"
 #include "platform/event_monitors.h"
+#include "platform/login_item.h"
 #include "platform/main_loop.h"
 #include "platform/menus.h"
 #include "platform/panel_window.h"
 #include "platform/picture_files.h"
 #include "platform/pointer_events.h"
 #include "platform/screens.h"
+#include "platform/settings_window.h"
 #include "platform/status_bar.h"
+#include "platform/system_settings.h"
 #include "platform/window_capture.h"
 #include "platform/workspace.h"
 
@@ -32,6 +36,10 @@ struct Desktop {
   PanelWindows& panelWindows;
   EventMonitors& eventMonitors;
   Menus& menus;
+  SettingsWindows& settingsWindows;
+  SystemSettings& systemSettings;
+  LoginItem& loginItem;
+  Collation& collation;
 };
 
 }  // namespace tarnwick

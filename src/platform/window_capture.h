@@ -7,6 +7,7 @@
 
 #include "platform/bitmap.h"
 #include "platform/geometry.h"
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -27,6 +28,8 @@ class WindowCapture {
   virtual bool preflight() = 0;
   // Asks the user when needed; does not wait for the answer.
   virtual void request() = 0;
+  // Called after the answer of preflight() may have changed.
+  virtual Registration onAccessChanged(std::function<void()> callback) = 0;
 
   // All windows, those off screen included; absent when they cannot be had.
   virtual void windows(

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/callback_list.h"
 #include "platform/main_loop.h"
 #include "platform/picture_files.h"
 #include "platform/window_capture.h"
@@ -33,6 +34,8 @@ class FakeCapture : public WindowCapture, public PictureFiles {
   };
 
   bool allowed = true;
+  int requests = 0;
+  CallbackList accessChanged;
   std::optional<std::vector<CapturableWindow>> list = std::vector<CapturableWindow>{};
   // Asked in place of `list` when set.
   std::function<std::vector<CapturableWindow>()> listNow;
@@ -42,7 +45,10 @@ class FakeCapture : public WindowCapture, public PictureFiles {
   std::map<std::string, Bitmap> files;
 
   bool preflight() override { return allowed; }
-  void request() override {}
+  void request() override { ++requests; }
+  Registration onAccessChanged(std::function<void()> callback) override {
+    return accessChanged.add(std::move(callback));
+  }
   void windows(
       std::function<void(std::optional<std::vector<CapturableWindow>>)> callback) override {
     answer([this, callback = std::move(callback)] { callback(listNow ? listNow() : list); });

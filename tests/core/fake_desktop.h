@@ -9,6 +9,7 @@
 #include "bar/row/row_pointer.h"
 #include "fake_capture.h"
 #include "fake_main_loop.h"
+#include "fake_settings.h"
 #include "panel/panel_view.h"
 #include "platform/callback_list.h"
 #include "platform/desktop.h"
@@ -33,8 +34,8 @@ class FakeDesktop : public Accessibility,
   ~FakeDesktop() override { shownMenu.reset(); }
 
   Desktop services() {
-    return {loop,  *this,   *this,   *this, *this, *this, *this,
-            *this, capture, capture, *this, *this, *this};
+    return {loop,    *this, *this, *this, *this,    *this,    *this,    *this,   capture,
+            capture, *this, *this, *this, settings, settings, settings, settings};
   }
 
   // An application that joins the running ones. Its items are added right of all others, so that
@@ -63,6 +64,7 @@ class FakeDesktop : public Accessibility,
 
   bar::ItemRow row;
   bool trusted = true;
+  int accessPrompts = 0;
   bool barAnswers = true;                          // whether frames of own items can be read
   std::optional<Rect> ownFrame;                    // told for own items in place of the real one
   std::set<bar::ItemId> stubborn;                  // items that cannot be dragged
@@ -76,6 +78,8 @@ class FakeDesktop : public Accessibility,
   std::map<std::string, DefaultsValue> defaults;
   std::map<std::string, Drawing> images;  // autosave name to the last image set
   std::vector<ActivationPolicy> policies;
+  std::map<std::string, std::string, std::less<>> bundle;
+  std::vector<std::string> lifeEvents;  // "new instance" and "terminate", as asked for
 
   // Menu entries by id; the children of 0 are the item's own menu, and entries of one item only.
   struct MenuEntry {
@@ -125,7 +129,10 @@ class FakeDesktop : public Accessibility,
 
   // Accessibility
   bool isProcessTrusted() override { return trusted; }
-  bool isProcessTrusted(bool) override { return trusted; }
+  bool isProcessTrusted(bool prompt) override {
+    if (prompt) ++accessPrompts;
+    return trusted;
+  }
   std::unique_ptr<Snapshot> takeSnapshot() override;
   AXElement applicationElement(std::int32_t pid) override;
   std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
@@ -174,6 +181,15 @@ class FakeDesktop : public Accessibility,
   // Application
   void setActivationPolicy(ActivationPolicy policy) override { policies.push_back(policy); }
   std::string bundleIdentifier() const override { return "org.tarnwick.Tarnwick"; }
+  std::optional<std::string> bundleInfo(std::string_view key) const override {
+    const auto found = bundle.find(key);
+    return found == bundle.end() ? std::nullopt : std::optional(found->second);
+  }
+  void openNewInstance(std::function<void()> reported) override {
+    lifeEvents.emplace_back("new instance");
+    loop.post(std::move(reported));
+  }
+  void terminate() override { lifeEvents.emplace_back("terminate"); }
 
  private:
   class OwnItem;
@@ -195,6 +211,7 @@ class FakeDesktop : public Accessibility,
  public:
   FakeMainLoop loop;  // goes before the rest: the work it holds uses it
   FakeCapture capture{loop};
+  FakeSettings settings;
 };
 
 }  // namespace tarnwick::test

@@ -104,14 +104,18 @@ void BarConnection::askAccess(const QString& capability) {
   ask(message(QStringLiteral("HasAccess"), {capability}), this,
       [this, capability](const QDBusMessage& reply) {
         // What the last bar said holds until this one has told.
-        if (reply.type() != QDBusMessage::InvalidMessage) access_[capability] = isTrue(reply);
+        if (reply.type() == QDBusMessage::InvalidMessage) return;
+        access_[capability] = isTrue(reply);
+        emit accessChanged();
       });
 }
 
 void BarConnection::requestAccess(const QString& capability) {
   call(QStringLiteral("RequestAccess"), {capability}, this,
        [this, capability](const QDBusMessage& reply) {
-         if (reply.type() == QDBusMessage::ReplyMessage) access_[capability] = isTrue(reply);
+         if (reply.type() != QDBusMessage::ReplyMessage) return;
+         access_[capability] = isTrue(reply);
+         emit accessChanged();
        });
 }
 

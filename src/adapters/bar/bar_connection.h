@@ -54,6 +54,7 @@ class BarConnection : public QObject {
   // Of one of our own items. `button` counts as X does: 1 left, 2 middle, 3 right.
   void itemClicked(quint64 id, uint button, uint modifiers, QPointF at);
   void applicationAppeared(int pid);
+  void accessChanged();  // hasAccess() may answer differently
 
  private slots:
   void onBarSignal(const QDBusMessage& message);

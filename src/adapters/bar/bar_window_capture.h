@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "adapters/bar/bar_connection.h"
+#include "platform/callback_list.h"
 #include "platform/window_capture.h"
 
 namespace tarnwick {
@@ -13,10 +14,15 @@ class BarWindowCapture : public QObject, public WindowCapture {
   Q_OBJECT
 
  public:
-  BarWindowCapture(MainLoop& loop, BarConnection& bar) : loop_(loop), bar_(bar) {}
+  BarWindowCapture(MainLoop& loop, BarConnection& bar) : loop_(loop), bar_(bar) {
+    connect(&bar, &BarConnection::accessChanged, this, [this] { accessChanged_.notify(); });
+  }
 
   bool preflight() override;
   void request() override;
+  Registration onAccessChanged(std::function<void()> callback) override {
+    return accessChanged_.add(std::move(callback));
+  }
   void windows(std::function<void(std::optional<std::vector<CapturableWindow>>)> callback) override;
   void capture(std::uint64_t window, int pixelWidth, int pixelHeight,
                std::function<void(std::optional<Bitmap>)> callback) override;
@@ -29,6 +35,7 @@ class BarWindowCapture : public QObject, public WindowCapture {
 
   MainLoop& loop_;
   BarConnection& bar_;
+  CallbackList accessChanged_;
 };
 
 }  // namespace tarnwick

@@ -134,6 +134,12 @@ std::optional<DesktopFile> parseDesktopFile(std::string_view text, std::string_v
       file.hidden = value == "true";
     } else if (key == "NoDisplay") {
       file.noDisplay = value == "true";
+    } else if (key == "OnlyShowIn") {
+      file.onlyShowIn = unescape(value);
+    } else if (key == "NotShowIn") {
+      file.notShowIn = unescape(value);
+    } else if (key == "X-GNOME-Autostart-enabled") {
+      file.autostart = value != "false";
     }
   }
   if (!inMain) return std::nullopt;

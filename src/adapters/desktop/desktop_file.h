@@ -13,9 +13,12 @@ struct DesktopFile {
   std::string exec;
   std::string tryExec;
   std::string windowClass;
+  std::string onlyShowIn;  // desktops, each followed by ";"
+  std::string notShowIn;
   bool application = false;  // Type=Application
   bool hidden = false;
   bool noDisplay = false;
+  bool autostart = true;  // X-GNOME-Autostart-enabled
 };
 
 // Absent when there is no main group. `locale` as in LC_MESSAGES: lang_COUNTRY.ENCODING@MODIFIER.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 
 namespace tarnwick::desktop {
 
@@ -46,6 +47,28 @@ bool writeAll(int fd, std::string_view bytes) {
     if (put <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(put));
   }
+  return true;
+}
+
+bool replaceFile(const std::string& path, const std::string& temporary, std::string_view bytes,
+                 unsigned mode) {
+  unlink(temporary.c_str());
+  {
+    const UniqueFd fd(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (!fd) return false;
+    if (!writeAll(fd.get(), bytes) || fchmod(fd.get(), mode) != 0 || fsync(fd.get()) != 0) {
+      unlink(temporary.c_str());
+      return false;
+    }
+  }
+  if (rename(temporary.c_str(), path.c_str()) != 0) {
+    unlink(temporary.c_str());
+    return false;
+  }
+  const auto slash = path.rfind('/');
+  const std::string folder = slash == path.npos ? "." : path.substr(0, slash + 1);
+  const UniqueFd opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (opened) fsync(opened.get());
   return true;
 }
 

@@ -34,4 +34,10 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit);
 
 bool writeAll(int fd, std::string_view bytes);
 
+// Puts a new file in the place of whatever `path` names: written to `temporary` in the same folder,
+// synced and renamed. Nobody else may write there. False when that fails; the file is then as it
+// was.
+bool replaceFile(const std::string& path, const std::string& temporary, std::string_view bytes,
+                 unsigned mode);
+
 }  // namespace tarnwick::desktop

@@ -190,27 +190,6 @@ bool keepAside(const fs::path& file) {
   return false;
 }
 
-bool replaceFile(const fs::path& file, std::string_view text, mode_t mode) {
-  // Only the lock's holder writes here, so what is there was left by a writer that died.
-  const fs::path temporary = withSuffix(file, ".new");
-  unlink(temporary.c_str());
-  {
-    const UniqueFd fd(open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (!fd) return false;
-    if (!writeAll(fd.get(), text) || fchmod(fd.get(), mode) != 0 || fsync(fd.get()) != 0) {
-      unlink(temporary.c_str());
-      return false;
-    }
-  }
-  if (rename(temporary.c_str(), file.c_str()) != 0) {
-    unlink(temporary.c_str());
-    return false;
-  }
-  const UniqueFd folder(open(folderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder) fsync(folder.get());
-  return true;
-}
-
 fs::path baseDirectory(const char* variable, const char* underHome) {
   const char* value = std::getenv(variable);
   if (value && value[0] == '/') return value;
@@ -256,7 +235,8 @@ bool JsonFile::update(const std::function<bool(json&)>& change) const {
   const std::string text =
       contents.document.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
   if (text.size() > kMaxBytes || nestsTooDeep(text)) return false;
-  return replaceFile(file, text, contents.mode);
+  // Only the lock's holder writes there; what is found was left by a writer that died.
+  return replaceFile(file, withSuffix(file, ".new"), text, contents.mode);
 }
 
 fs::path configHome() {

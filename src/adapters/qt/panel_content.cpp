@@ -1,12 +1,13 @@
 #include "adapters/qt/panel_content.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <cmath>
+
+#include "adapters/qt/theme_icon.h"
 
 namespace tarnwick {
 
@@ -45,11 +46,6 @@ QLabel* makeLabel(const QString& text, const QFont& font, QWidget* parent) {
   label->setPalette(secondary(parent->palette()));
   label->setText(text);
   return label;
-}
-
-QIcon iconOf(const ThemeIcon& icon) {
-  const QString name = QString::fromStdString(icon.name);
-  return name.startsWith(QLatin1Char('/')) ? QIcon(name) : QIcon::fromTheme(name);
 }
 
 }  // namespace

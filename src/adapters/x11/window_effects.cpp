@@ -3,6 +3,7 @@
 #include <xcb/shape.h>
 
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 #include "adapters/x11/server.h"
@@ -30,17 +31,22 @@ std::vector<xcb_rectangle_t> roundedRectangle(const QRect& outline, int radius) 
   return rectangles;
 }
 
+xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
+  if (!connection) return XCB_ATOM_NONE;
+  const auto length = static_cast<std::uint16_t>(name.size());
+  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+      connection, xcb_intern_atom(connection, 0, length, name.data()), nullptr));
+  return atom ? atom->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
 }  // namespace
 
 bool isComposited() {
   xcb_connection_t* const connection = server();
-  if (!connection) return false;
-  constexpr char name[] = "_NET_WM_CM_S0";
-  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-      connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
-  if (!atom) return false;
+  const xcb_atom_t selection = atomOf(connection, "_NET_WM_CM_S0");
+  if (selection == XCB_ATOM_NONE) return false;
   const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-      connection, xcb_get_selection_owner(connection, atom->atom), nullptr));
+      connection, xcb_get_selection_owner(connection, selection), nullptr));
   return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
@@ -56,6 +62,23 @@ void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int co
     xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_YX_BANDED, window, 0,
                          0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
   }
+}
+
+void activateWindow(std::uint32_t window) {
+  constexpr std::uint32_t fromPager = 2;
+  xcb_connection_t* const connection = server();
+  const xcb_atom_t request = atomOf(connection, "_NET_ACTIVE_WINDOW");
+  if (request == XCB_ATOM_NONE) return;
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = request;
+  event.data.data32[0] = fromPager;
+  xcb_send_event(connection, 0, rootOf(connection),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection);
 }
 
 }  // namespace tarnwick::x11

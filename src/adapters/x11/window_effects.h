@@ -13,4 +13,8 @@ bool isComposited();
 // whole rectangle again. Presses outside fall through.
 void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int cornerRadius);
 
+// Asks the window manager to put a window in front and to activate it, as a pager would
+// (_NET_ACTIVE_WINDOW): it does so whatever the user works in.
+void activateWindow(std::uint32_t window);
+
 }  // namespace tarnwick::x11

@@ -121,6 +121,27 @@ std::optional<Accessible> AccessibleTree::find(const QString& application, const
   return std::nullopt;
 }
 
+QRect AccessibleTree::frameOf(const Accessible& object) {
+  constexpr uint ofTheScreen = 0;
+  const QVariantList reply =
+      call(object.busName, object.path, "org.a11y.atspi.Component", "GetExtents", {ofTheScreen});
+  if (reply.isEmpty()) return {};
+  const auto argument = reply.constFirst().value<QDBusArgument>();
+  int x = 0, y = 0, width = 0, height = 0;
+  argument.beginStructure();
+  argument >> x >> y >> width >> height;
+  argument.endStructure();
+  return {x, y, width, height};
+}
+
+bool AccessibleTree::has(const Accessible& object, State state) {
+  const QVariantList reply = call(object.busName, object.path, accessibleInterface, "GetState");
+  if (reply.isEmpty()) return false;
+  const auto words = qdbus_cast<QList<uint>>(reply.constFirst());
+  const int bit = static_cast<int>(state);
+  return bit / 32 < words.size() && (words[bit / 32] >> (bit % 32) & 1U) != 0;
+}
+
 QStringList AccessibleTree::actions(const Accessible& object) {
   QStringList names;
   const int count = property(object.busName, object.path, actionInterface, "NActions").toInt();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QRect>
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -32,6 +34,10 @@ class AccessibleTree {
   // The first one of that name and, unless empty, role.
   std::optional<Accessible> find(const QString& application, const QString& name,
                                  const QString& role = {});
+
+  QRect frameOf(const Accessible& object);  // on the screen, in pixels
+  enum class State : std::uint8_t { checked = 4, enabled = 8, showing = 25 };
+  bool has(const Accessible& object, State state);
 
   QStringList actions(const Accessible& object);
   // Does an object's action, usually 0 for its press; false when it has none.

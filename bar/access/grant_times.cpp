@@ -1,0 +1,43 @@
+#include "bar/access/grant_times.h"
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+
+namespace tarnwick::bar {
+
+using nlohmann::json;
+using std::chrono::sys_seconds;
+
+std::optional<sys_seconds> GrantTimes::since(const std::string& executable,
+                                             Capability capability) const {
+  const json document = file_.read();
+  if (!document.is_object()) return std::nullopt;
+  const auto times = document.find(executable);
+  if (times == document.end() || !times->is_object()) return std::nullopt;
+  const auto time = times->find(toName(capability).toStdString());
+  if (time == times->end() || !time->is_number_integer()) return std::nullopt;
+  return sys_seconds(std::chrono::seconds(time->get<std::int64_t>()));
+}
+
+void GrantTimes::granted(const std::string& executable, Capability capability) {
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  file_.update([&](json& document) {
+    if (!document.is_object()) document = json::object();
+    json& times = document[executable];
+    if (!times.is_object()) times = json::object();
+    times[toName(capability).toStdString()] = std::int64_t{now.time_since_epoch().count()};
+    return true;
+  });
+}
+
+void GrantTimes::revoked(const std::string& executable, Capability capability) {
+  file_.update([&](json& document) {
+    if (!document.is_object() || !document.contains(executable)) return false;
+    json& times = document[executable];
+    if (times.is_object()) times.erase(toName(capability).toStdString());
+    if (times.empty()) document.erase(executable);
+    return true;
+  });
+}
+
+}  // namespace tarnwick::bar

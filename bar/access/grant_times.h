@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "adapters/desktop/json_file.h"
+#include "bar/access/capability.h"
+
+namespace tarnwick::bar {
+
+// When the user allowed what: one JSON object, path of the executable to an object of capability
+// names with seconds since 1970. For the user to read; nothing depends on it.
+class GrantTimes {
+ public:
+  explicit GrantTimes(desktop::JsonFile file) : file_(std::move(file)) {}
+
+  // Absent for what was not allowed by an answer of the user, but written into the file of grants.
+  std::optional<std::chrono::sys_seconds> since(const std::string& executable,
+                                                Capability capability) const;
+  void granted(const std::string& executable, Capability capability);
+  void revoked(const std::string& executable, Capability capability);
+
+ private:
+  desktop::JsonFile file_;
+};
+
+}  // namespace tarnwick::bar

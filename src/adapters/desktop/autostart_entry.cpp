@@ -1,0 +1,141 @@
+#include "adapters/desktop/autostart_entry.h"
+
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "adapters/desktop/desktop_file.h"
+#include "adapters/desktop/file.h"
+#include "adapters/desktop/json_file.h"
+#include "adapters/desktop/own_program.h"
+
+namespace tarnwick::desktop {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t longestEntry = 1 << 20;
+
+std::vector<std::string> split(std::string_view list, char separator) {
+  std::vector<std::string> parts;
+  while (!list.empty()) {
+    const auto end = list.find(separator);
+    if (end != 0) parts.emplace_back(list.substr(0, end));
+    list.remove_prefix(end == list.npos ? list.size() : end + 1);
+  }
+  return parts;
+}
+
+std::vector<fs::path> systemFolders() {
+  const char* const variable = std::getenv("XDG_CONFIG_DIRS");
+  std::vector<fs::path> folders;
+  for (const auto& folder : split(variable && *variable ? variable : "/etc/xdg", ':')) {
+    if (folder.front() == '/') folders.push_back(fs::path(folder) / "autostart");
+  }
+  return folders;
+}
+
+fs::path ownFolder() {
+  return configHome() / "autostart";
+}
+
+// One of the present desktop's names is in the list.
+bool namesThisDesktop(const std::string& list) {
+  const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
+  const auto present = split(variable ? variable : "", ':');
+  for (const auto& named : split(list, ';')) {
+    for (const auto& name : present) {
+      if (name == named) return true;
+    }
+  }
+  return false;
+}
+
+// Absent when there is no such file.
+std::optional<bool> startsAtLogin(const fs::path& entry) {
+  std::error_code error;
+  if (!fs::exists(entry, error)) return std::nullopt;
+  const auto text = readFile(entry, longestEntry);
+  const auto file = text ? parseDesktopFile(*text, "") : std::nullopt;
+  return file && file->application && !file->hidden && file->autostart && !file->exec.empty() &&
+         (file->tryExec.empty() || !findProgram(file->tryExec).empty()) &&
+         (file->onlyShowIn.empty() || namesThisDesktop(file->onlyShowIn)) &&
+         !namesThisDesktop(file->notShowIn);
+}
+
+bool systemStarts(const std::string& fileName) {
+  for (const auto& folder : systemFolders()) {
+    if (const auto starts = startsAtLogin(folder / fileName)) return *starts;
+  }
+  return false;
+}
+
+// As a value of a desktop entry.
+std::string escaped(const std::string& text) {
+  std::string value;
+  for (const char c : text) {
+    if (c == '\\') value += '\\';
+    value += c;
+  }
+  return value;
+}
+
+// As the program of a command line, before it is escaped as a value.
+std::string quoted(const std::string& path) {
+  std::string word;
+  bool plain = true;
+  for (const char c : path) {
+    if (std::string_view("\"`$\\").find(c) != std::string_view::npos) word += '\\';
+    if (c == '%') word += '%';
+    word += c;
+    plain = plain && (std::isalnum(static_cast<unsigned char>(c)) ||
+                      std::string_view("/._-+@:,").find(c) != std::string_view::npos);
+  }
+  return plain ? word : '"' + word + '"';
+}
+
+}  // namespace
+
+AutostartEntry::AutostartEntry(std::string id, std::string program)
+    : fileName_(std::move(id) + ".desktop"), program_(std::move(program)) {}
+
+bool AutostartEntry::isEnabled() const {
+  return startsAtLogin(ownFolder() / fileName_).value_or(systemStarts(fileName_));
+}
+
+bool AutostartEntry::registerItem() {
+  if (program_.find('\n') != program_.npos) return false;
+  return write(
+             "[Desktop Entry]\nType=Application\nName=Tarnwick\n"
+             "Comment=Keep status items out of the top bar and within reach\n"
+             "Exec=" +
+             escaped(quoted(program_)) + "\nTryExec=" + escaped(program_) +
+             "\nIcon=" + fs::path(fileName_).stem().string() +
+             "\nTerminal=false\nStartupNotify=false\nX-GNOME-Autostart-enabled=true\n") &&
+         isEnabled();
+}
+
+bool AutostartEntry::unregisterItem() {
+  if (systemStarts(fileName_)) {
+    return write("[Desktop Entry]\nType=Application\nName=Tarnwick\nHidden=true\n");
+  }
+  return unlink((ownFolder() / fileName_).c_str()) == 0 || errno == ENOENT || !isEnabled();
+}
+
+bool AutostartEntry::write(const std::string& text) const {
+  const fs::path folder = ownFolder();
+  std::error_code error;
+  fs::create_directories(folder, error);
+  const fs::path file = folder / fileName_;
+  const std::string temporary = file.string() + "." + std::to_string(getpid());
+  return replaceFile(file, temporary, text, 0644);
+}
+
+}  // namespace tarnwick::desktop

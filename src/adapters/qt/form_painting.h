@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QWidget>
+
+namespace tarnwick {
+
+// The focus was moved here by the keyboard.
+bool showsFocus(const QWidget& widget);
+// Around a shape with that corner radius, at its outside.
+void paintRing(QPainter& painter, const QRectF& shape, qreal radius, const QColor& color);
+// The part of a control without the room for its ring.
+QRectF shapeOf(const QWidget& widget);
+// Of buttons, pickers and fields, in points, without the room for their rings.
+int controlHeight(const QWidget& widget);
+
+}  // namespace tarnwick

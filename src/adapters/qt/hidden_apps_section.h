@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "adapters/qt/form_controls.h"
+#include "adapters/qt/form_section.h"
+#include "settings/settings_view.h"
+
+namespace tarnwick {
+
+// The list of applications with a switch each and, for hidden ones, the name of a group.
+class HiddenAppsSection : public FormSection {
+  Q_OBJECT
+
+ public:
+  // Comes after `before` in the order of the keyboard focus.
+  HiddenAppsSection(std::shared_ptr<SettingsView> view, QWidget* before, QWidget* parent);
+
+  void sync();
+
+ private:
+  struct Row {
+    CandidateApp app;
+    Switch* hidden;
+    Field* group = nullptr;  // made when first shown
+  };
+
+  void rebuild();
+  Field* makeGroupField(const Row& row);
+
+  const std::shared_ptr<SettingsView> view_;
+  QWidget* const before_;
+  QWidget* empty_;
+  FormButton* rescan_;
+  std::vector<Row> rows_;
+};
+
+}  // namespace tarnwick

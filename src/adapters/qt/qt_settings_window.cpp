@@ -1,0 +1,119 @@
+#include "adapters/qt/qt_settings_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QShortcut>
+#include <algorithm>
+#include <optional>
+
+#include "adapters/qt/slim_scroll_bar.h"
+#include "adapters/qt/tones.h"
+
+namespace tarnwick {
+
+namespace {
+
+constexpr int windowWidth = 460;
+constexpr int leastHeight = 380;
+constexpr int greatestHeight = 640;
+
+class SettingsWidget : public QWidget {
+ public:
+  SettingsWidget(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows)
+      : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                             Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+        view_(std::move(view)),
+        form_(new SettingsForm(view_, hotkeyRows)) {
+    setWindowTitle(QStringLiteral("Tarnwick"));
+    setAttribute(Qt::WA_QuitOnClose, false);
+    takePalette();
+    scroll_.setFrameShape(QFrame::NoFrame);
+    scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_.setVerticalScrollBar(new SlimScrollBar);
+    scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);  // shows itself only when needed
+    scroll_.setFocusPolicy(Qt::NoFocus);
+    scroll_.viewport()->setAutoFillBackground(false);
+    scroll_.setWidgetResizable(true);
+    scroll_.setWidget(form_);
+    form_->setAutoFillBackground(false);
+    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    observer_ = view_->onChanged([this] { form_->sync(); });
+
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    const QRect free = screen ? screen->availableGeometry() : QRect();
+    const int fitting = std::min(form_->sizeHint().height(), free.height() * 9 / 10);
+    setFixedSize(windowWidth, std::clamp(fitting, leastHeight, greatestHeight));
+    scroll_.resize(size());
+    place_ = free.center() - rect().center();
+  }
+
+  void present() {
+    if (!isVisible()) move(place_);
+    show();
+    raise();
+    activateWindow();
+  }
+
+ protected:
+  void showEvent(QShowEvent* event) override {
+    if (!event->spontaneous()) view_->appear();
+  }
+
+  void closeEvent(QCloseEvent* event) override {
+    place_ = pos();
+    event->accept();  // no more than hidden
+  }
+
+  // Another program may have changed meanwhile what is shown.
+  void changeEvent(QEvent* event) override {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+      view_->refreshLaunchAtLogin();
+      form_->sync();
+    }
+    QWidget::changeEvent(event);
+  }
+
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::ApplicationPaletteChange) takePalette();
+    return QWidget::event(event);
+  }
+
+ private:
+  void takePalette() {
+    QPalette palette;
+    palette.setColor(QPalette::PlaceholderText, tonesOf(QApplication::palette()).secondary);
+    setPalette(palette);
+  }
+
+  const std::shared_ptr<SettingsView> view_;
+  QScrollArea scroll_{this};
+  SettingsForm* const form_;
+  QPoint place_;  // of the frame's corner, when it is shown the next time
+  Registration observer_;
+};
+
+class QtSettingsWindow : public SettingsWindow {
+ public:
+  QtSettingsWindow(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows,
+                   QtSettingsWindows::Effects effects)
+      : widget_(std::move(view), hotkeyRows), effects_(std::move(effects)) {}
+
+  void makeKeyAndOrderFront() override { widget_.present(); }
+  void orderFrontRegardless() override { effects_.activate(widget_.winId()); }
+  bool isVisible() const override { return widget_.isVisible(); }
+
+ private:
+  SettingsWidget widget_;
+  QtSettingsWindows::Effects effects_;
+};
+
+}  // namespace
+
+std::unique_ptr<SettingsWindow> QtSettingsWindows::makeSettingsWindow(
+    std::shared_ptr<SettingsView> view) {
+  return std::make_unique<QtSettingsWindow>(std::move(view), hotkeyRows_, effects_);
+}
+
+}  // namespace tarnwick

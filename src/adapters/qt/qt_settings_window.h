@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "adapters/qt/settings_form.h"
+#include "platform/settings_window.h"
+
+namespace tarnwick {
+
+// Settings windows as top-level windows of the toolkit.
+class QtSettingsWindows : public SettingsWindows {
+ public:
+  struct Effects {
+    // Makes the window manager put a window in front and activate it, whatever has the focus.
+    std::function<void(WId)> activate;
+  };
+  explicit QtSettingsWindows(Effects effects, HotkeyRows hotkeyRows = {})
+      : effects_(std::move(effects)), hotkeyRows_(std::move(hotkeyRows)) {}
+
+  std::unique_ptr<SettingsWindow> makeSettingsWindow(std::shared_ptr<SettingsView> view) override;
+
+ private:
+  Effects effects_;
+  HotkeyRows hotkeyRows_;
+};
+
+}  // namespace tarnwick

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "adapters/qt/form_controls.h"
+#include "adapters/qt/form_section.h"
+#include "adapters/qt/hidden_apps_section.h"
+#include "settings/settings_view.h"
+
+namespace tarnwick {
+
+// One row of the section "Hotkeys": a title and the control that records a shortcut.
+struct HotkeyRow {
+  QString title;
+  QWidget* recorder = nullptr;
+};
+// Makes the rows for a form; none leave the section out.
+using HotkeyRows = std::function<std::vector<HotkeyRow>()>;
+
+// The content of the settings window: every section from top to bottom, showing the view's state
+// and handing on what the user does.
+class SettingsForm : public QWidget {
+  Q_OBJECT
+
+ public:
+  SettingsForm(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows);
+
+  // Shows the present state.
+  void sync();
+
+ private:
+  FormSection* addSection(const QString& header);
+  FormButton* addWarning();
+  void addPanelSection();
+  void addSystemIconsSection();
+  void addHotkeysSection(const HotkeyRows& rows);
+  void addClosingSection();
+
+  const std::shared_ptr<SettingsView> view_;
+  FormSection* warning_ = nullptr;
+  HiddenAppsSection* hiddenApps_ = nullptr;
+  NumberField* columns_ = nullptr;
+  Stepper* stepper_ = nullptr;
+  Picker* iconStyle_ = nullptr;
+  Picker* handleStyle_ = nullptr;
+  QWidget* captureNote_ = nullptr;
+  Switch* launchAtLogin_ = nullptr;
+};
+
+}  // namespace tarnwick
