@@ -1,14 +1,12 @@
 #include "adapters/qt/qt_application.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 
 namespace tarnwick {
 
 QtApplication::QtApplication() {
   QGuiApplication::setApplicationDisplayName("Tarnwick");
   QGuiApplication::setDesktopFileName(identifier);
-  QGuiApplication::setWindowIcon(QIcon::fromTheme(identifier));
 }
 
 void QtApplication::setActivationPolicy(ActivationPolicy policy) {

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QIcon>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
 #include <algorithm>
 #include <optional>
 
+#include "adapters/qt/qt_application.h"
 #include "adapters/qt/slim_scroll_bar.h"
 #include "adapters/qt/tones.h"
 
@@ -27,6 +29,7 @@ class SettingsWidget : public QWidget {
         view_(std::move(view)),
         form_(new SettingsForm(view_, hotkeyRows)) {
     setWindowTitle(QStringLiteral("Tarnwick"));
+    setWindowIcon(QIcon::fromTheme(QLatin1String(QtApplication::identifier)));
     setAttribute(Qt::WA_QuitOnClose, false);
     takePalette();
     scroll_.setFrameShape(QFrame::NoFrame);
