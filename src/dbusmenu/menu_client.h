@@ -87,8 +87,8 @@ class MenuClient : public QObject {
   const QString path_;
   std::optional<MenuEntry> root_;
   mutable QHash<int, const MenuEntry*> index_;  // of root_; empty until it is asked for
-  std::optional<int> wanted_;  // to be read again
-  bool reading_ = false;       // a refresh is under way
+  std::optional<int> wanted_;                   // to be read again
+  bool reading_ = false;                        // a refresh is under way
   bool subscribed_ = false;
   int finishing_ = 0;
   QElapsedTimer signalsSince_;

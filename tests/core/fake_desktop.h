@@ -90,7 +90,7 @@ class FakeDesktop : public Accessibility,
   std::map<bar::ItemId, std::map<std::int32_t, MenuEntry>> openMenus;  // what can be read now
   std::map<bar::ItemId, float> timeouts;
   std::map<bar::ItemId, Point> places;  // suggested ones
-  std::vector<std::string> performed;  // "<item>[:<entry>] <action>"
+  std::vector<std::string> performed;   // "<item>[:<entry>] <action>"
   int menuReadings = 0;
 
   class PanelWindowState : public PanelWindow {

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QScreen>
 
+#include "adapters/qt/type_ahead_menu.h"
 #include "dbusmenu/menu_style.h"
 #include "dbusmenu/popup_grab.h"
 
@@ -12,7 +13,7 @@ namespace tarnwick {
 
 // A menu on the screen and what is waited for.
 struct QtMenus::Tracking {
-  std::unique_ptr<QMenu> menu = std::make_unique<QMenu>();
+  std::unique_ptr<QMenu> menu = std::make_unique<TypeAheadMenu>();
   PopupGrab grab;
   MenuOutcome outcome;
   std::function<void(const MenuOutcome&)> callback;
@@ -42,8 +43,8 @@ void QtMenus::fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>&
     }
     const QString title = menuText(into, QString::fromStdString(item.title));
     if (!item.submenu.empty()) {
-      QMenu* const submenu = into.addMenu(title);
-      submenu->menuAction()->setEnabled(item.enabled);
+      auto* const submenu = new TypeAheadMenu(title, &into);
+      into.addMenu(submenu)->setEnabled(item.enabled);
       fill(*submenu, item.submenu, tracking);
       continue;
     }
@@ -88,8 +89,7 @@ Registration QtMenus::popUp(const Menu& menu, Point location,
   };
   tracking->outsidePresses = monitors_.addGlobalPressMonitor(dismiss);
   if (const AXElement* const element = firstElement(menu)) {
-    tracking->gone =
-        goneWatch_(*element, [weak = std::weak_ptr(tracking)] { takeDown(weak); });
+    tracking->gone = goneWatch_(*element, [weak = std::weak_ptr(tracking)] { takeDown(weak); });
   }
 
   const QScreen* primary = QGuiApplication::primaryScreen();

@@ -13,8 +13,8 @@ class QMenu;
 namespace tarnwick {
 
 // Pop-up menus of the toolkit, one at a time, which work in a process without an active window:
-// keyboard and pointer are grabbed while one is open. A menu that does not get them within a second,
-// because another program holds them, is dismissed.
+// keyboard and pointer are grabbed while one is open. A menu that does not get them within a
+// second, because another program holds them, is dismissed.
 class QtMenus : public Menus {
  public:
   // Calls back once when what a represented object stands for has gone: its menu goes too.
