@@ -261,7 +261,7 @@ TEST_F(ActivationTest, LongMenuScrollsAndStaysOnTheScreen) {
   xdotool("key Up Up Return");
   EXPECT_TRUE(waitFor([&] { return said(client, "Event 1999 clicked"); }));
   openMenu();
-  xdotool("type --delay 1 entry\u20201234");
+  desktop.start("xdotool", {"type", "--delay", "1", "entry 1234"}).waitForEnd();
   xdotool("key Return");
   EXPECT_TRUE(waitFor([&] { return said(client, "Event 1234 clicked"); }));
 }
