@@ -17,6 +17,11 @@ inline constexpr const char* menuBarIntrospection = R"xml(
     <method name="Press">
       <arg name="id" type="t" direction="in"/>
     </method>
+    <!-- The same; what the item's owner opens itself is to come up at this point of the screen. -->
+    <method name="PressAt">
+      <arg name="id" type="t" direction="in"/>
+      <arg name="point" type="(dd)" direction="in"/>
+    </method>
     <method name="Cancel">
       <arg name="id" type="t" direction="in"/>
     </method>

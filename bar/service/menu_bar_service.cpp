@@ -42,6 +42,7 @@ struct MenuBarService::Method {
 const MenuBarService::Method MenuBarService::methods[] = {
     {"Items", "", Capability::accessibility, &MenuBarService::items},
     {"Press", "t", Capability::accessibility, &MenuBarService::press},
+    {"PressAt", "t(dd)", Capability::accessibility, &MenuBarService::pressAt},
     {"Cancel", "t", Capability::accessibility, &MenuBarService::cancel},
     {"Render", "tuu", Capability::screenCapture, &MenuBarService::render},
     {"AddItem", "sd", {}, &MenuBarService::addItem},

@@ -43,6 +43,7 @@ class MenuBarService : public QDBusVirtualObject {
   void call(const Method& method, const QDBusMessage& message, qint32 pid);
   void items(const QDBusMessage& message, qint32 pid);
   void press(const QDBusMessage& message, qint32 pid);
+  void pressAt(const QDBusMessage& message, qint32 pid);
   void cancel(const QDBusMessage& message, qint32 pid);
   void render(const QDBusMessage& message, qint32 pid);
   void addItem(const QDBusMessage& message, qint32 pid);

@@ -63,6 +63,19 @@ void MenuBarService::press(const QDBusMessage& message, qint32) {
   reply(message);
 }
 
+void MenuBarService::pressAt(const QDBusMessage& message, qint32) {
+  Item* const item = board_.item(message.arguments()[0].toULongLong());
+  if (!item) return noSuchItem(message);
+  const auto point = qdbus_cast<QPointF>(message.arguments()[1]);
+  if (!std::isfinite(point.x()) || !std::isfinite(point.y())) {
+    return invalid(message, QStringLiteral("A point is two finite numbers"));
+  }
+  // Owners show things at their icon, and icons stand in the bar.
+  item->press({std::clamp(point.x(), frame_.left(), frame_.right()),
+               std::clamp(point.y(), frame_.top(), frame_.bottom())});
+  reply(message);
+}
+
 void MenuBarService::cancel(const QDBusMessage& message, qint32) {
   Item* const item = board_.item(message.arguments()[0].toULongLong());
   if (!item) return noSuchItem(message);

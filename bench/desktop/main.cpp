@@ -15,9 +15,9 @@ namespace tarnwick::bench {
 namespace {
 
 const std::vector<std::pair<std::string, std::function<void()>>> sections{
-    {"pass", pass},       {"scan", scan},           {"pixels", pixels},    {"startup", startUp},
-    {"storm", storm},     {"burst", burst},         {"idle", idle},        {"panel", panel},
-    {"capture", capture}, {"shortcuts", shortcuts}, {"settings", settings}};
+    {"pass", pass},       {"scan", scan},           {"pixels", pixels},     {"startup", startUp},
+    {"storm", storm},     {"burst", burst},         {"idle", idle},         {"panel", panel},
+    {"capture", capture}, {"shortcuts", shortcuts}, {"settings", settings}, {"menus", menus}};
 
 }  // namespace
 }  // namespace tarnwick::bench

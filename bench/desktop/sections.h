@@ -11,6 +11,7 @@ void startUp();
 void storm();
 void burst();
 void idle();
+void menus();
 void panel();
 void capture();
 void shortcuts();

@@ -63,7 +63,9 @@ class Services {
   PngFiles pictures_;
   QtPanelWindows panelWindows_{{x11::isComposited, x11::cutWindow}};
   x11::RawPresses presses_;
-  QtMenus menus_{loop_, presses_};
+  QtMenus menus_{loop_, presses_, [this](const AXElement& entry, std::function<void()> gone) {
+                   return accessibility_.watchMenu(entry, std::move(gone));
+                 }};
   QtSettingsWindows settingsWindows_{{x11::activateWindow}};
   BarSettingsPanes settingsPanes_{bar_};
   desktop::AutostartEntry loginItem_;

@@ -45,7 +45,9 @@ MenuClient::~MenuClient() {
 }
 
 const MenuEntry* MenuClient::entry(int id) const {
-  return root_ ? findMenuEntry(const_cast<MenuEntry&>(*root_), id) : nullptr;
+  if (!root_) return nullptr;
+  if (index_.isEmpty()) indexMenuEntries(*root_, index_);
+  return index_.value(id);
 }
 
 void MenuClient::open(int id, QObject* context, Done done) {
@@ -156,6 +158,7 @@ void MenuClient::parse(int id, std::shared_ptr<LayoutParser> parser, Done done) 
 }
 
 bool MenuClient::merge(int id, MenuEntry layout) {
+  index_.clear();
   if (id == 0) {
     root_ = std::move(layout);
   } else {

@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QElapsedTimer>
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -85,8 +86,9 @@ class MenuClient : public QObject {
   const QString busName_;
   const QString path_;
   std::optional<MenuEntry> root_;
-  std::optional<int> wanted_;  // to be read again
-  bool reading_ = false;       // a refresh is under way
+  mutable QHash<int, const MenuEntry*> index_;  // of root_; empty until it is asked for
+  std::optional<int> wanted_;                   // to be read again
+  bool reading_ = false;                        // a refresh is under way
   bool subscribed_ = false;
   int finishing_ = 0;
   QElapsedTimer signalsSince_;

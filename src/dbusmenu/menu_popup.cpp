@@ -18,17 +18,14 @@ using namespace std::chrono_literals;
 
 constexpr auto patience = 2s;
 constexpr auto updateDelay = 16ms;
-constexpr auto grabRetry = 100ms;
 constexpr std::size_t trimmedEntries = 500;  // menus from this length on leave memory to give back
-constexpr int maximumGrabAttempts = 10;
 
 }  // namespace
 
 MenuPopup::MenuPopup(const QString& busName, const QString& path, QObject* parent)
     : QObject(parent), client_(busName, path) {
-  for (QTimer* const timer : {&deadline_, &updates_, &grabs_}) timer->setSingleShot(true);
+  for (QTimer* const timer : {&deadline_, &updates_}) timer->setSingleShot(true);
   deadline_.callOnTimeout(this, &MenuPopup::finish);
-  grabs_.callOnTimeout(this, &MenuPopup::holdPointer);
   updates_.callOnTimeout(this, [this] {
     if (view_) {
       refill(view_);
@@ -98,7 +95,7 @@ void MenuPopup::show() {
   const QRect monitor = screen->geometry();
   view_->popup({std::clamp(anchor_.left(), monitor.left(), monitor.right()),
                 std::clamp(anchor_.bottom() + 1, monitor.top(), monitor.bottom())});
-  holdPointer();
+  grab_.hold(view_, [this] { dismiss(); });
 }
 
 void MenuPopup::adopt(MenuView* view) {
@@ -168,7 +165,7 @@ void MenuPopup::choose(int id) {
 void MenuPopup::finish() {
   if (over_) return;
   over_ = true;
-  for (QTimer* const timer : {&deadline_, &updates_, &grabs_}) timer->stop();
+  for (QTimer* const timer : {&deadline_, &updates_}) timer->stop();
   for (auto id = opened_.rbegin(); id != opened_.rend(); ++id) client_.close(*id, time_);
   opened_.clear();
   if (view_) view_->deleteLater();
@@ -182,21 +179,6 @@ void MenuPopup::finish() {
     connect(&client_, &MenuClient::finished, this, end);
   } else {
     end();
-  }
-}
-
-// While another program holds the pointer a menu gets no keys and does not close with a press
-// elsewhere: it waits a little for its turn and goes if there is none.
-void MenuPopup::holdPointer() {
-  if (!isShown() || QGuiApplication::platformName() != QLatin1String("xcb")) return;
-  if (view_->windowHandle()->setMouseGrabEnabled(true)) {
-    if (grabAttempts_ > 0) view_->windowHandle()->setKeyboardGrabEnabled(true);
-    return;
-  }
-  if (++grabAttempts_ > maximumGrabAttempts) {
-    dismiss();
-  } else {
-    grabs_.start(grabRetry);
   }
 }
 

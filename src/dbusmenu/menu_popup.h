@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dbusmenu/menu_client.h"
+#include "dbusmenu/popup_grab.h"
 
 class QAction;
 
@@ -49,7 +50,6 @@ class MenuPopup : public QObject {
   void closeUnshown();
   void choose(int id);
   void finish();
-  void holdPointer();
 
   MenuClient client_;
   QPointer<MenuView> view_;
@@ -58,8 +58,7 @@ class MenuPopup : public QObject {
   QRect anchor_;
   QTimer deadline_;
   QTimer updates_;
-  QTimer grabs_;
-  int grabAttempts_ = 0;
+  PopupGrab grab_;
   quint32 time_ = 0;  // X server's time of the latest event in the menu
   bool over_ = false;
 };

@@ -166,6 +166,11 @@ MenuEntry* findMenuEntry(MenuEntry& root, int id) {
   return nullptr;
 }
 
+void indexMenuEntries(const MenuEntry& root, QHash<int, const MenuEntry*>& index) {
+  if (!index.contains(root.id)) index.insert(root.id, &root);
+  for (const MenuEntry& child : root.children) indexMenuEntries(child, index);
+}
+
 MenuExtent menuExtent(const MenuEntry& root) {
   MenuExtent extent;
   extent.iconBytes = root.iconData.size();

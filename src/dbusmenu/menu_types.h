@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDBusArgument>
+#include <QHash>
 #include <QString>
 #include <QVariant>
 #include <QVariantMap>
@@ -56,6 +57,9 @@ std::vector<std::size_t> shownEntries(const std::vector<MenuEntry>& entries);
 
 // The entry with that id at or below `root`; nullptr when there is none.
 MenuEntry* findMenuEntry(MenuEntry& root, int id);
+
+// Puts the entry and all below it under their ids; of several with one id the first.
+void indexMenuEntries(const MenuEntry& root, QHash<int, const MenuEntry*>& index);
 
 // How much there is at and below an entry.
 struct MenuExtent {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "dbusmenu/menu_style.h"
 #include "dbusmenu/picture_file.h"
 
 namespace tarnwick {
@@ -46,6 +47,7 @@ class MenuView::EntryAction : public QAction {
 
 MenuView::MenuView(int id, QWidget* parent, std::size_t from, std::size_t to)
     : QMenu(parent), id_(id), from_(from), to_(to) {
+  useMenuStyle(*this);
   iconTimer_.callOnTimeout(this, &MenuView::loadIcons);
 }
 

@@ -27,6 +27,7 @@ void MenuBarController::activate(const std::string& bundleId, bool /*rightClick*
   if (items.empty()) return;
   const AXElement& item = items.front().element;
   desktop_.accessibility.setMessagingTimeout(item, pressTimeout);
+  if (const auto place = proxyMenuPlace(anchorX)) desktop_.accessibility.suggestPlace(item, *place);
   desktop_.accessibility.perform(item, ax::press);
   collapseBackTask_.cancel();
   collapseBackTask_ = menuWatch(desktop_.loop, shared_from_this(), item, anchorX);

@@ -66,6 +66,10 @@ class Accessibility {
   // Absent when the read fails: no such node, no such attribute, no permission, no answer in time.
   virtual std::optional<AXValue> attribute(const AXElement& element, std::string_view name) = 0;
 
+  // Where on the screen what the next press of the element opens is best seen, if its owner shows
+  // that itself: the top-left corner. Without it owners choose by where the element stands.
+  virtual void suggestPlace(const AXElement& element, Point place) = 0;
+
   // Fire and forget: returns at once or after the element's time-out at the latest.
   virtual void perform(const AXElement& element, std::string_view action) = 0;
 

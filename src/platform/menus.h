@@ -23,6 +23,8 @@ struct MenuItem {
 using Menu = std::vector<MenuItem>;
 
 struct MenuOutcome {
+  // Also when the menu was taken down because what it stood for had gone: nothing is dismissed
+  // then.
   bool itemChosen = false;
   std::optional<AXElement> representedObject;  // of the chosen item
 };

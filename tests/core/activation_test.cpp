@@ -69,6 +69,7 @@ TEST_F(ActivationTest, ShowsTheMenuAsSoonAsItCanBeReadAndPressesTheChoice) {
     EXPECT_FALSE(desktop.panelWindow->visible);
     EXPECT_EQ(desktop.performed, std::vector{pressed()});
     EXPECT_EQ(desktop.timeouts[item], 0.15F);
+    EXPECT_EQ(desktop.places[item], (Point{292, 26})) << "for a menu that the owner shows itself";
     desktop.loop.advance(275ms);  // between the fifth and the sixth reading
     EXPECT_EQ(desktop.menuReadings, 5);
     desktop.openMenus[item] = oneEntry;

@@ -89,7 +89,8 @@ class FakeDesktop : public Accessibility,
   };
   std::map<bar::ItemId, std::map<std::int32_t, MenuEntry>> openMenus;  // what can be read now
   std::map<bar::ItemId, float> timeouts;
-  std::vector<std::string> performed;  // "<item>[:<entry>] <action>"
+  std::map<bar::ItemId, Point> places;  // suggested ones
+  std::vector<std::string> performed;   // "<item>[:<entry>] <action>"
   int menuReadings = 0;
 
   class PanelWindowState : public PanelWindow {
@@ -137,6 +138,9 @@ class FakeDesktop : public Accessibility,
   AXElement applicationElement(std::int32_t pid) override;
   std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
   void perform(const AXElement& element, std::string_view action) override;
+  void suggestPlace(const AXElement& element, Point place) override {
+    places[element.item] = place;
+  }
   void setMessagingTimeout(const AXElement& element, float seconds) override {
     timeouts[element.item] = seconds;
   }

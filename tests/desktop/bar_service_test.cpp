@@ -56,6 +56,8 @@ TEST_F(BarServiceTest, WrongArgumentsAreErrorsAndChangeNothing) {
       {"SetImage", {mine, QSizeF(nan, 18), 2U, 2U, four, false}, invalid},
       {"SetImage", {id(foreign), size, 2U, 2U, four, false}, noSuchItem},
       {"Press", {id(999)}, noSuchItem},
+      {"PressAt", {id(999), QPointF(1, 2)}, noSuchItem},
+      {"PressAt", {mine, QPointF(nan, 2)}, invalid},
       {"Render", {mine, 0U, 10U}, invalid},
       {"Render", {mine, 2049U, 10U}, invalid},
       {"Render", {id(999), 10U, 10U}, noSuchItem},

@@ -112,11 +112,24 @@ void BarAccessibility::perform(const AXElement& element, std::string_view action
     if (item && !item->menuPath.isEmpty()) {
       menus_.open(*item);
     } else {
-      bar_.send(QStringLiteral("Press"), {qulonglong{element.item}});
+      const auto place = std::exchange(place_, std::nullopt);
+      if (place && place->item == element.item) {
+        bar_.send(QStringLiteral("PressAt"), {qulonglong{element.item}, place->point});
+      } else {
+        bar_.send(QStringLiteral("Press"), {qulonglong{element.item}});
+      }
     }
   } else if (action == ax::cancel) {
     bar_.send(QStringLiteral("Cancel"), {qulonglong{element.item}});
   }
+}
+
+Registration BarAccessibility::watchMenu(const AXElement& entry, std::function<void()> ended) {
+  return menus_.watch(entry.item, std::move(ended));
+}
+
+void BarAccessibility::suggestPlace(const AXElement& element, Point place) {
+  place_ = {element.item, QPointF(place.x, place.y)};
 }
 
 void BarAccessibility::setMessagingTimeout(const AXElement&, float) {}

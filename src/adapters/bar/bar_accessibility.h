@@ -1,9 +1,15 @@
 #pragma once
 
+#include <QPointF>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
 #include "adapters/bar/bar_connection.h"
 #include "adapters/bar/bar_snapshots.h"
 #include "adapters/bar/item_menus.h"
 #include "platform/accessibility.h"
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -20,15 +26,26 @@ class BarAccessibility : public Accessibility {
   std::unique_ptr<Snapshot> takeSnapshot() override { return snapshots_.take(); }
   AXElement applicationElement(std::int32_t pid) override;
   std::optional<AXValue> attribute(const AXElement& element, std::string_view name) override;
+  void suggestPlace(const AXElement& element, Point place) override;
   void perform(const AXElement& element, std::string_view action) override;
   void setMessagingTimeout(const AXElement& element, float seconds) override;
 
+  // Calls `ended` once, as soon as the open menu that this entry belongs to is no longer there: it
+  // was closed, another one has opened, or its owner has gone.
+  Registration watchMenu(const AXElement& entry, std::function<void()> ended);
+
  private:
+  struct Place {
+    std::uint64_t item = 0;
+    QPointF point;
+  };
+
   std::optional<AXValue> menuAttribute(const AXElement& element, std::string_view name) const;
 
   BarConnection& bar_;
   BarSnapshots& snapshots_;
   ItemMenus menus_;
+  std::optional<Place> place_;  // for the next press
 };
 
 }  // namespace tarnwick

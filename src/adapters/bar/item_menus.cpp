@@ -1,13 +1,22 @@
 #include "adapters/bar/item_menus.h"
 
+#include <QDBusConnection>
 #include <utility>
 #include <vector>
 
 namespace tarnwick {
 
+ItemMenus::ItemMenus() {
+  owners_.setConnection(QDBusConnection::sessionBus());
+  owners_.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+  connect(&owners_, &QDBusServiceWatcher::serviceUnregistered, this, &ItemMenus::onOwnerGone);
+}
+
 void ItemMenus::open(const BarItem& item) {
-  cancel(item.id);
+  while (!menus_.empty()) cancel(menus_.begin()->first);
   OpenMenu& menu = menus_[item.id];
+  menu.owner = item.busName;
+  owners_.addWatchedService(menu.owner);
   menu.client = std::make_unique<MenuClient>(item.busName, item.menuPath);
   menu.asked.insert(0);
   menu.client->open(0, this, [this, id = item.id](MenuClient::Failure failure) {
@@ -50,22 +59,39 @@ const MenuEntry* ItemMenus::entry(std::uint64_t item, int id) const {
 }
 
 void ItemMenus::choose(std::uint64_t item, int entry) {
-  const auto menu = menus_.find(item);
-  if (menu == menus_.end()) return;
-  auto client = std::move(menu->second.client);
-  std::vector<int> opened(menu->second.asked.begin(), menu->second.asked.end());
-  menus_.erase(menu);
-  client->click(entry, std::move(opened), 0);
-  retire(std::move(client));
+  auto menu = end(item);
+  if (!menu) return;
+  menu->client->click(entry, {menu->asked.begin(), menu->asked.end()}, 0);
+  retire(std::move(menu->client));
 }
 
 void ItemMenus::cancel(std::uint64_t item) {
+  auto menu = end(item);
+  if (!menu) return;
+  for (auto id = menu->asked.rbegin(); id != menu->asked.rend(); ++id) menu->client->close(*id);
+  retire(std::move(menu->client));
+}
+
+Registration ItemMenus::watch(std::uint64_t item, std::function<void()> ended) {
   const auto menu = menus_.find(item);
-  if (menu == menus_.end()) return;
-  auto& asked = menu->second.asked;
-  for (auto id = asked.rbegin(); id != asked.rend(); ++id) menu->second.client->close(*id);
-  retire(std::move(menu->second.client));
-  menus_.erase(menu);
+  if (menu == menus_.end()) return {};
+  return menu->second.ended.add(std::move(ended));
+}
+
+std::optional<ItemMenus::OpenMenu> ItemMenus::end(std::uint64_t item) {
+  auto node = menus_.extract(item);
+  if (node.empty()) return std::nullopt;
+  owners_.removeWatchedService(node.mapped().owner);
+  node.mapped().ended.notify();
+  return std::move(node.mapped());
+}
+
+void ItemMenus::onOwnerGone(const QString& owner) {
+  for (auto menu = menus_.begin(); menu != menus_.end(); ++menu) {
+    if (menu->second.owner != owner) continue;
+    if (auto ended = end(menu->first)) retire(std::move(ended->client));
+    return;
+  }
 }
 
 // What is under way is sent to its end. Callers may stand in one of the client's own callbacks.

@@ -1,13 +1,19 @@
 #pragma once
 
+#include <QDBusServiceWatcher>
 #include <QObject>
+#include <QString>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 #include "adapters/bar/bar_items.h"
 #include "dbusmenu/menu_client.h"
+#include "platform/callback_list.h"
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -20,11 +26,15 @@ class ItemMenus : public QObject {
   // Submenus below the item's own menu that are asked for when they come empty.
   static constexpr int deepestSubmenu = 2;
 
-  // Has the owner open the item's menu. One that was open is closed first.
+  ItemMenus();
+
+  // Has the owner open the item's menu. Whatever was open is closed first.
   void open(const BarItem& item);
   // Performs an entry; its menu is closed then.
   void choose(std::uint64_t item, int entry);
   void cancel(std::uint64_t item);
+  // Calls `ended` once, when the item's open menu ends in any way. Empty when it has none.
+  Registration watch(std::uint64_t item, std::function<void()> ended);
   bool isOpen(std::uint64_t item) const { return menus_.contains(item); }
 
   // The menu entry with that id, 0 for the menu itself, when the owner has answered; else nullptr.
@@ -33,15 +43,21 @@ class ItemMenus : public QObject {
  private:
   struct OpenMenu {
     std::unique_ptr<MenuClient> client;
+    QString owner;
+    CallbackList ended;
     std::set<int> asked;  // submenus whose owner was told that they are open
     int pending = 0;      // answers waited for
     bool answered = false;
   };
 
   void fillSubmenus(std::uint64_t item, const MenuEntry& parent, int depth);
+  // Takes the menu out of the open ones.
+  std::optional<OpenMenu> end(std::uint64_t item);
+  void onOwnerGone(const QString& owner);
   void retire(std::unique_ptr<MenuClient> client);
 
   std::map<std::uint64_t, OpenMenu> menus_;
+  QDBusServiceWatcher owners_;
 };
 
 }  // namespace tarnwick

@@ -3,33 +3,48 @@
 #include <QAction>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QPointer>
 #include <QScreen>
-#include <utility>
+
+#include "adapters/qt/type_ahead_menu.h"
+#include "dbusmenu/menu_style.h"
+#include "dbusmenu/popup_grab.h"
 
 namespace tarnwick {
 
-namespace {
-
 // A menu on the screen and what is waited for.
-struct Tracking {
-  std::unique_ptr<QMenu> menu;
+struct QtMenus::Tracking {
+  std::unique_ptr<QMenu> menu = std::make_unique<TypeAheadMenu>();
+  PopupGrab grab;
   MenuOutcome outcome;
   std::function<void(const MenuOutcome&)> callback;
   Registration outsidePresses;
+  Registration gone;
 };
 
-void fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>& tracking) {
+namespace {
+
+// The represented object of the first item that has one.
+const AXElement* firstElement(const Menu& menu) {
+  for (const MenuItem& item : menu) {
+    if (item.representedObject) return &*item.representedObject;
+    if (const AXElement* const below = firstElement(item.submenu)) return below;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void QtMenus::fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>& tracking) {
+  useMenuStyle(into);
   for (const MenuItem& item : menu) {
     if (item.separator) {
       into.addSeparator();
       continue;
     }
-    QString title = QString::fromStdString(item.title);
-    title.replace(QLatin1Char('&'), QLatin1String("&&"));  // titles have no access-key marks
+    const QString title = menuText(into, QString::fromStdString(item.title));
     if (!item.submenu.empty()) {
-      QMenu* const submenu = into.addMenu(title);
-      submenu->menuAction()->setEnabled(item.enabled);
+      auto* const submenu = new TypeAheadMenu(title, &into);
+      into.addMenu(submenu)->setEnabled(item.enabled);
       fill(*submenu, item.submenu, tracking);
       continue;
     }
@@ -44,12 +59,19 @@ void fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>& tracking
   }
 }
 
-}  // namespace
+// Closes a menu that stands for nothing any more.
+void QtMenus::takeDown(const std::weak_ptr<Tracking>& tracking) {
+  const auto open = tracking.lock();
+  if (!open) return;
+  open->outcome.itemChosen = true;
+  open->menu->close();
+}
 
 Registration QtMenus::popUp(const Menu& menu, Point location,
                             std::function<void(const MenuOutcome&)> callback) {
+  takeDown(open_);
   const auto tracking = std::make_shared<Tracking>();
-  tracking->menu = std::make_unique<QMenu>();
+  open_ = tracking;
   tracking->callback = std::move(callback);
   fill(*tracking->menu, menu, tracking);
 
@@ -62,13 +84,18 @@ Registration QtMenus::popUp(const Menu& menu, Point location,
                        std::exchange(open->callback, nullptr)(open->outcome);
                      });
                    });
-  tracking->outsidePresses = monitors_.addGlobalPressMonitor([weak = std::weak_ptr(tracking)] {
+  const auto dismiss = [weak = std::weak_ptr(tracking)] {
     if (const auto open = weak.lock()) open->menu->close();
-  });
+  };
+  tracking->outsidePresses = monitors_.addGlobalPressMonitor(dismiss);
+  if (const AXElement* const element = firstElement(menu)) {
+    tracking->gone = goneWatch_(*element, [weak = std::weak_ptr(tracking)] { takeDown(weak); });
+  }
 
   const QScreen* primary = QGuiApplication::primaryScreen();
   const QPoint origin = primary ? primary->geometry().topLeft() : QPoint();
   tracking->menu->popup(origin + QPoint(qRound(location.x), qRound(location.y)));
+  tracking->grab.hold(tracking->menu.get(), dismiss);
   return Registration([tracking = std::shared_ptr(tracking)]() mutable {
     tracking->callback = nullptr;
     tracking->menu.release()->deleteLater();  // this may be one of its own events

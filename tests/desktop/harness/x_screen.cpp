@@ -67,4 +67,74 @@ QImage grabScreen(const QString& name) {
   return QImage(xcb_get_image_data(image.get()), width, height, QImage::Format_RGB32).copy();
 }
 
+namespace {
+
+QByteArray propertyOf(xcb_connection_t* x, xcb_window_t window, const char* name) {
+  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+      x, xcb_intern_atom(x, 1, static_cast<uint16_t>(strlen(name)), name), nullptr));
+  if (!atom || atom->atom == XCB_ATOM_NONE) return {};
+  const Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
+      x, xcb_get_property(x, 0, window, atom->atom, XCB_ATOM_ANY, 0, 64), nullptr));
+  if (!property) return {};
+  return {static_cast<const char*>(xcb_get_property_value(property.get())),
+          xcb_get_property_value_length(property.get())};
+}
+
+}  // namespace
+
+std::vector<PopupWindow> popups(const QString& name) {
+  std::vector<PopupWindow> found;
+  const Display display(name);
+  if (display.screen == nullptr) return found;
+  xcb_connection_t* x = display.connection.get();
+  const Reply<xcb_query_tree_reply_t> tree(
+      xcb_query_tree_reply(x, xcb_query_tree(x, display.screen->root), nullptr));
+  if (!tree) return found;
+  const xcb_window_t* const windows = xcb_query_tree_children(tree.get());
+  for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+    const Reply<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, windows[i]), nullptr));
+    const Reply<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(x, xcb_get_geometry(x, windows[i]), nullptr));
+    if (!attributes || !geometry || !attributes->override_redirect ||
+        attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+        attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT || geometry->width < 8) {
+      continue;
+    }
+    const QByteArray pid = propertyOf(x, windows[i], "_NET_WM_PID");
+    PopupWindow window{{geometry->x, geometry->y, geometry->width, geometry->height},
+                       0,
+                       QString::fromUtf8(propertyOf(x, windows[i], "WM_NAME"))};
+    if (pid.size() == 4) {
+      std::uint32_t value = 0;
+      memcpy(&value, pid.constData(), sizeof value);
+      window.pid = value;
+    }
+    found.push_back(window);
+  }
+  return found;
+}
+
+struct InputGrab::Display : test::Display {
+  using test::Display::Display;
+};
+
+InputGrab::InputGrab(const QString& display) : display_(std::make_unique<Display>(display)) {
+  if (display_->screen == nullptr) return;
+  xcb_connection_t* x = display_->connection.get();
+  const xcb_window_t root = display_->screen->root;
+  const Reply<xcb_grab_pointer_reply_t> pointer(xcb_grab_pointer_reply(
+      x,
+      xcb_grab_pointer(x, 0, root, 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
+                       XCB_CURRENT_TIME),
+      nullptr));
+  const Reply<xcb_grab_keyboard_reply_t> keyboard(xcb_grab_keyboard_reply(
+      x, xcb_grab_keyboard(x, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+      nullptr));
+  held_ = pointer && keyboard && pointer->status == XCB_GRAB_STATUS_SUCCESS &&
+          keyboard->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+InputGrab::~InputGrab() = default;
+
 }  // namespace tarnwick::test

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
 #include <QString>
+#include <memory>
+#include <vector>
 
 namespace tarnwick::test {
 
@@ -10,5 +13,31 @@ bool windowManagerRuns(const QString& display);
 
 // The display's root window; null when it cannot be read.
 QImage grabScreen(const QString& display);
+
+// A window that is shown past the window manager: a menu, a tooltip, the panel.
+struct PopupWindow {
+  QRect frame;     // pixels
+  qint64 pid = 0;  // 0 when its program does not say
+  QString name;
+};
+// Lowest first.
+std::vector<PopupWindow> popups(const QString& display);
+
+// Pointer and keyboard as another program's menu holds them, until it goes.
+class InputGrab {
+ public:
+  explicit InputGrab(const QString& display);
+  ~InputGrab();
+  InputGrab(const InputGrab&) = delete;
+  InputGrab& operator=(const InputGrab&) = delete;
+
+  bool held() const { return held_; }
+
+ private:
+  struct Display;
+
+  std::unique_ptr<Display> display_;
+  bool held_ = false;
+};
 
 }  // namespace tarnwick::test

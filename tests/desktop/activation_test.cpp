@@ -1,0 +1,311 @@
+#include <QDir>
+#include <QFile>
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "tests/desktop/harness/accessible_tree.h"
+#include "tests/desktop/harness/status_desktop_test.h"
+#include "tests/desktop/harness/x_screen.h"
+
+namespace tarnwick::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr Client fake{"fake_sni_client", "fake_sni_client"};
+const QRect belowTheBar(0, 24, 1280, 776);
+
+class ActivationTest : public StatusDesktopTest {
+ protected:
+  // Hides the clients beyond the boundary; the last one comes with these arguments.
+  std::vector<Program*> begin(const std::vector<Client>& clients, const QStringList& last = {}) {
+    grantUtility();
+    startBar();
+    std::vector<Program*> programs;
+    for (const Client& client : clients) {
+      const bool isLast = client.bundleId == clients.back().bundleId;
+      programs.push_back(&desktop.start(client.program, isLast ? last : QStringList()));
+    }
+    hideInDefaults(clients);
+    for (const Client& client : clients) {
+      EXPECT_TRUE(waitFor([&] { return shown(client); })) << client.program << row();
+    }
+    utility = &startUtility();
+    EXPECT_TRUE(waitFor([&] {
+      return collapsed() && std::all_of(clients.begin(), clients.end(),
+                                        [&](const Client& client) { return hidden(client); });
+    })) << row();
+    return programs;
+  }
+
+  void xdotool(const QString& commands) {
+    desktop.start("xdotool", commands.split(' ')).waitForEnd();
+  }
+  void click(QPointF at) {
+    xdotool(QString("mousemove %1 %2 click 1").arg(qRound(at.x())).arg(qRound(at.y())));
+  }
+
+  std::vector<PopupWindow> popupsOf(qint64 pid) {
+    std::vector<PopupWindow> found = popups(desktop.display());
+    std::erase_if(found, [pid](const PopupWindow& popup) { return popup.pid != pid; });
+    return found;
+  }
+  QRect panelFrame() {
+    for (const PopupWindow& popup : popupsOf(utility->pid())) {
+      if (popup.name == "Hidden apps") return popup.frame;
+    }
+    return {};
+  }
+  // The proxy menu and its submenus, in the order of their opening.
+  std::vector<QRect> menus() {
+    std::vector<QRect> frames;
+    for (const PopupWindow& popup : popupsOf(utility->pid())) {
+      if (popup.name != "Hidden apps") frames.push_back(popup.frame);
+    }
+    return frames;
+  }
+  bool menuIsOpen() { return !menus().empty(); }
+
+  // Presses the `index`th of `count` entries in the panel, and tells where. Of them all no more
+  // than one row.
+  QPoint pressEntry(int index = 0, int count = 1) {
+    EXPECT_TRUE(desktop.activateAction("toggle-panel"));
+    EXPECT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
+    const QRect panel = panelFrame();
+    const double cell = 42;  // from one entry to the next
+    const QPoint entry(qRound(panel.center().x() + (index - (count - 1) / 2.0) * cell),
+                       panel.center().y());
+    click(entry);
+    EXPECT_TRUE(waitFor([&] { return panelFrame().isEmpty(); }));
+    return entry;
+  }
+  void openMenu(int index = 0, int count = 1) {
+    const QPoint entry = pressEntry(index, count);
+    ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
+    EXPECT_EQ(menus().size(), 1U);
+    const QRect menu = menus().front();
+    EXPECT_NEAR(menu.top(), 25, 1);  // the screen's edge, or two points below it
+    EXPECT_NEAR(menu.left(), std::min(entry.x() - 8, 1280 - menu.width()), 3);
+  }
+  // Windows on the screen whose title or class has this in it.
+  qsizetype windows(const QString& name) {
+    Program& search =
+        desktop.start("xdotool", {"search", "--onlyvisible", "--any", "--name", "--class", name});
+    search.waitForEnd();
+    return search.output().count('\n');
+  }
+  static bool said(const Program& client, const QByteArray& line) {
+    return client.output().split('\n').contains(line);
+  }
+  static int times(const Program& client, const QByteArray& line) {
+    return static_cast<int>(client.output().split('\n').count(line));
+  }
+
+  Program* utility = nullptr;
+};
+
+TEST_F(ActivationTest, ProxyMenusOfRealClientsDoWhatTheirMenusDo) {
+  struct Case {
+    Client client;
+    const char* keys;    // that choose an entry
+    const char* window;  // that its command opens
+  };
+  const std::vector<Case> cases{{copyq, "s h o Return", "copyq"},
+                                {diodon, "Up Up Return", "diodon"},
+                                {gxkb, "a Return", "About"}};
+  std::vector<Client> clients;
+  for (const Case& each : cases) clients.push_back(each.client);
+  const std::vector<Program*> programs = begin(clients);
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(cases[i].client.program);
+    const int index = static_cast<int>(i);
+    openMenu(index, 3);
+    xdotool("key Escape");
+    ASSERT_TRUE(waitFor([&] { return !menuIsOpen(); }));
+    EXPECT_EQ(windows(cases[i].window), 0);
+
+    openMenu(index, 3);
+    xdotool(QString("key ") + cases[i].keys);
+    EXPECT_TRUE(waitFor([&] { return windows(cases[i].window) > 0; }));
+    EXPECT_FALSE(menuIsOpen());
+    EXPECT_TRUE(hidden(cases[i].client)) << row();
+  }
+  openMenu(1, 3);
+  xdotool("key q Return");
+  EXPECT_TRUE(programs[1]->waitForEnd()) << "its last entry is Quit";
+}
+
+TEST_F(ActivationTest, IconsWithoutAReadableMenuOpenTheirOwnBelowTheEntry) {
+  const QString folder = desktop.folder("config") + "/volumeicon";
+  QDir().mkpath(folder);
+  QFile settings(folder + "/volumeicon");
+  ASSERT_TRUE(settings.open(QFile::WriteOnly));
+  settings.write("[StatusIcon]\nlmb_slider=true\n");
+  settings.close();
+  const auto programs = begin({parcellite, volumeicon});
+  const QPoint handle = native("tarnwick.handle")->frame.center().toPoint();
+  for (int i = 0; i < 2; ++i) {
+    SCOPED_TRACE(programs[i]->name().toStdString());
+    const auto before = windows(programs[i]->name());
+    const QPoint entry = pressEntry(i, 2);
+    ASSERT_TRUE(waitFor([&] { return !popupsOf(programs[i]->pid()).empty(); }));
+    const QRect opened = popupsOf(programs[i]->pid()).front().frame;
+    EXPECT_TRUE(belowTheBar.contains(opened));
+    EXPECT_TRUE(opened.adjusted(-30, -80, 30, 0).contains(entry)) << opened.x() << entry.x();
+    EXPECT_FALSE(menuIsOpen());
+    if (i == 1) continue;
+    xdotool("key Down Return");  // its first command opens a dialog
+    EXPECT_TRUE(waitFor([&] {
+      return popupsOf(programs[i]->pid()).empty() && windows(programs[i]->name()) == before + 1;
+    }));
+  }
+  EXPECT_EQ(native("tarnwick.handle")->frame.center().toPoint(), handle);
+}
+
+TEST_F(ActivationTest, TwoPressesInARowShowOneMenu) {
+  Program& client = *begin({fake}, {"--menu-slow", "150"})[0];
+  pressEntry();
+  pressEntry();
+  ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
+  EXPECT_TRUE(waitFor([&] { return times(client, "Event 0 opened") == 2; }));
+  letPass(600ms);
+  EXPECT_EQ(menus().size(), 1U);
+  xdotool("key o Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 1 clicked"); }))
+      << client.output().toStdString();
+  EXPECT_FALSE(menuIsOpen());
+  EXPECT_TRUE(waitFor([&] { return times(client, "Event 0 closed") == 2; }));
+}
+
+TEST_F(ActivationTest, KeysAndPointerWorkInAMenuFourLevelsDeep) {
+  Program& client = *begin({fake}, {"--menu-depth", "3", "--lazy-menu"})[0];
+  struct Case {
+    const char* commands;
+    const char* event;  // of the client afterwards
+  };
+  const std::vector<Case> cases{
+      {"key Escape", "Event 0 closed"},
+      {"key Down Return", "Event 1 clicked"},
+      // A disabled entry and a separator are passed over.
+      {"key Down Down Down Down Return", "Event 6 clicked"},
+      {"key q Return", "Event 7 clicked"},
+      // Entries of the third level are leaves, even one that has a submenu.
+      {"key s Right Right Return", "Event 2000000 clicked"},
+      {"key s Right i Return", "Event 1000001 clicked"},
+      {"key s Right Escape Escape", "Event 0 closed"},
+      {"mousemove 200 600 click 1", "Event 0 closed"},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.commands);
+    const int before = times(client, each.event);
+    openMenu();
+    xdotool(each.commands);
+    EXPECT_TRUE(waitFor([&] { return times(client, each.event) == before + 1; }))
+        << client.output().toStdString();
+    EXPECT_TRUE(waitFor([&] { return !menuIsOpen(); }));
+  }
+  // By the pointer, through the submenu; the disabled entry does nothing.
+  openMenu();
+  const QRect menu = menus().front();
+  click({menu.center().x() * 1.0, menu.top() + menu.height() * 0.65});
+  EXPECT_TRUE(waitFor([&] { return menuIsOpen(); }));
+  xdotool(QString("mousemove %1 %2").arg(menu.center().x()).arg(menu.top() + menu.height() / 2));
+  ASSERT_TRUE(waitFor([&] { return menus().size() == 2; }));
+  const QRect submenu = menus()[1];
+  click({submenu.center().x() * 1.0, submenu.bottom() - 8.0});
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 1000003 clicked"); }))
+      << client.output().toStdString();
+}
+
+TEST_F(ActivationTest, ItemWithoutAMenuIsActivatedBelowItsEntry) {
+  Program& client = *begin({fake}, {"--menu", "none"})[0];
+  const QPoint entry = pressEntry();
+  ASSERT_TRUE(waitFor([&] { return client.output().contains("Activate"); }));
+  const QByteArray call = client.output().mid(client.output().indexOf("Activate"));
+  EXPECT_NEAR(call.split(' ').value(1).toInt(), entry.x() - 8, 3) << call.toStdString();
+  letPass(1s);  // longer than a menu is looked for
+  EXPECT_FALSE(menuIsOpen());
+  EXPECT_EQ(client.output().count("Activate"), 1);
+}
+
+TEST_F(ActivationTest, StoppedOrDyingClientsLeaveNothingBehind) {
+  Program& client = *begin({fake})[0];
+  client.freeze();
+  pressEntry();
+  letPass(1s);  // the watch has ended by now
+  EXPECT_FALSE(menuIsOpen());
+  client.thaw();
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 0 opened"); }));
+  letPass(300ms);
+  EXPECT_FALSE(menuIsOpen()) << "an answer after the watch shows nothing";
+
+  openMenu();
+  client.freeze();
+  xdotool("key Escape");
+  EXPECT_TRUE(waitFor([&] { return !menuIsOpen(); })) << "without its owner's help";
+  client.thaw();
+
+  openMenu();
+  client.kill();
+  EXPECT_TRUE(waitFor([&] { return !menuIsOpen(); })) << "it goes with its owner";
+  EXPECT_TRUE(utility->running());
+  EXPECT_TRUE(InputGrab(desktop.display()).held()) << "nothing is held any more";
+}
+
+TEST_F(ActivationTest, LongMenuScrollsAndStaysOnTheScreen) {
+  Program& client = *begin({fake}, {"--menu-entries", "2000"})[0];
+  openMenu();
+  EXPECT_TRUE(belowTheBar.contains(menus().front()));
+  EXPECT_LT(menus().front().width(), 400) << "one column";
+  xdotool("key Up Up Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 1999 clicked"); }));
+  openMenu();
+  desktop.start("xdotool", {"type", "--delay", "1", "entry 1234"}).waitForEnd();
+  xdotool("key Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 1234 clicked"); }));
+}
+
+TEST_F(ActivationTest, MenuWaitsAMomentForItsTurnAndGivesUp) {
+  AccessibleTree tree(desktop);
+  Program& client = *begin({fake})[0];
+  // Without the pointer, which another program holds.
+  const auto press = [&] {
+    ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+    std::optional<Accessible> entry;
+    ASSERT_TRUE(waitFor([&] {
+      for (const Accessible& object : tree.objectsOf("tarnwick")) {
+        if (object.role == "push button" && !panelFrame().isEmpty()) entry = object;
+      }
+      return entry.has_value();
+    }));
+    ASSERT_TRUE(tree.doAction(*entry, tree.actions(*entry).indexOf("Press")));
+    ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
+  };
+  auto other = std::make_unique<InputGrab>(desktop.display());
+  ASSERT_TRUE(other->held());
+  press();
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 0 closed") && !menuIsOpen(); }));
+
+  press();
+  other.reset();
+  EXPECT_TRUE(waitFor([&] {
+    xdotool("key q Return");
+    return said(client, "Event 7 clicked");
+  }));
+}
+
+TEST_F(ActivationTest, PassWhileAMenuIsOpenLeavesItAlone) {
+  Program& client = *begin({fake, gxkb})[0];
+  startClients({diodon});
+  openMenu(0, 2);
+  ASSERT_TRUE(hide(diodon));
+  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(diodon); })) << row();
+  EXPECT_EQ(menus().size(), 1U);
+  EXPECT_FALSE(said(client, "Event 0 closed"));
+  xdotool("key q Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 7 clicked"); }));
+}
+
+}  // namespace
+}  // namespace tarnwick::test
