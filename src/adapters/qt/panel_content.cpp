@@ -19,6 +19,8 @@ using Metrics = PanelMetrics;
 constexpr double calloutScale = 0.95;
 constexpr double captionScale = 0.85;
 constexpr double secondaryAlpha = 0.62;
+constexpr int widestTitle =
+    20 * static_cast<int>(Metrics::cell.width + Metrics::cellSpacing);  // points
 constexpr int inset = static_cast<int>(Metrics::margin + Metrics::padding);
 
 QFont scaled(const QFont& font, double scale) {
@@ -126,6 +128,14 @@ PanelContent::PanelContent(const PanelView& view, QWidget* parent) : QWidget(par
   resize(size_);
 }
 
+// The labels' colour is one of their own, made from the palette.
+void PanelContent::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange) {
+    for (QLabel* label : findChildren<QLabel*>()) label->setPalette(secondary(palette()));
+  }
+  QWidget::changeEvent(event);
+}
+
 // Places something of that size at the leading edge and returns where it lies.
 QRect PanelContent::reserve(int top, QSize size) {
   const QRect place(QPoint(inset, top), size);
@@ -145,7 +155,10 @@ int PanelContent::addSection(const PanelSection& section, const PanelView& view,
   if (section.title) {
     QFont caption = scaled(font(), captionScale);
     caption.setWeight(QFont::DemiBold);
-    auto* header = makeLabel(QString::fromStdString(*section.title), caption, this);
+    // A name is the user's own text of any length; it gets no wider than the widest grid.
+    const QString title = QFontMetrics(caption).elidedText(QString::fromStdString(*section.title),
+                                                           Qt::ElideRight, widestTitle);
+    auto* header = makeLabel(title, caption, this);
     header->setGeometry(reserve(top, header->sizeHint()));
     top = header->geometry().bottom() + 1 + static_cast<int>(Metrics::headerSpacing);
   }

@@ -40,6 +40,9 @@ class PanelContent : public QWidget {
 
   QSize sizeHint() const override { return size_; }
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   int addEmptyText(int top);
   int addSection(const PanelSection& section, const PanelView& view, int top);

@@ -4,10 +4,10 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <cmath>
 
 #include "adapters/qt/panel_content.h"
+#include "adapters/qt/slim_scroll_bar.h"
 
 namespace tarnwick {
 
@@ -16,15 +16,6 @@ namespace {
 using Metrics = PanelMetrics;
 
 constexpr double groundAlpha = 0.97;  // under a compositor
-// Scroll bars of a grey that is seen on light and on dark ground.
-constexpr const char* thinBars =
-    "QScrollBar { background: transparent; border: none; }"
-    "QScrollBar:vertical { width: 10px; } QScrollBar:horizontal { height: 10px; }"
-    "QScrollBar::handle { background: rgba(128, 128, 128, 0.65); border-radius: 3px; margin: 2px; }"
-    "QScrollBar::handle:vertical { min-height: 30px; }"
-    "QScrollBar::handle:horizontal { min-width: 30px; }"
-    "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
-    "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }";
 constexpr int shadowRings = 6;        // one for each point of the margin
 constexpr double shadowAlpha = 0.05;  // of one ring
 
@@ -47,6 +38,7 @@ class PanelWidget : public QWidget {
     scroll_.setFrameShape(QFrame::NoFrame);
     scroll_.viewport()->setAutoFillBackground(false);
     scroll_.setFocusPolicy(Qt::NoFocus);
+    scroll_.setVerticalScrollBar(new SlimScrollBar);
     scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   }
@@ -81,9 +73,6 @@ class PanelWidget : public QWidget {
     const auto policy = [](bool on) { return on ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
     scroll_.setVerticalScrollBarPolicy(policy(higher));
     scroll_.setHorizontalScrollBarPolicy(policy(wider));
-    if ((higher || wider) && scroll_.styleSheet().isEmpty()) {
-      scroll_.setStyleSheet(QString::fromLatin1(thinBars));
-    }
     scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
                                         higher ? -margin : 0, wider || higher ? -margin : 0));
     updateShape();
