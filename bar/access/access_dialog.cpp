@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "bar/access/application_icon.h"
+#include "look/tool_tip.h"
 
 namespace tarnwick::bar {
 
@@ -37,7 +38,7 @@ QLabel* detailLabel(const QString& text) {
   label->setFont(font);
   label->setForegroundRole(QPalette::PlaceholderText);
   label->setText(QFontMetrics(font).elidedText(text.simplified(), Qt::ElideMiddle, textWidth));
-  label->setToolTip(text.left(1'000).toHtmlEscaped());
+  label->setToolTip(plainToolTip(text.left(1'000)));
   return label;
 }
 

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "bar/access/application_icon.h"
+#include "look/tool_tip.h"
 
 namespace tarnwick::bar {
 
@@ -66,7 +67,10 @@ void PrivacyWindow::fill() {
   const AccessStore::Grants grants = store_.grants();
   while (QLayoutItem* const old = rows_->takeAt(0)) {
     // A button that was just clicked is among them.
-    if (old->widget()) old->widget()->deleteLater();
+    if (old->widget()) {
+      old->widget()->hide();
+      old->widget()->deleteLater();
+    }
     delete old;
   }
   bool empty = true;
@@ -111,7 +115,9 @@ QWidget* PrivacyWindow::row(const std::string& executable, Capability capability
   name->setFont(bold);
   for (QLabel* const label : {name, what, where}) label->setTextFormat(Qt::PlainText);
 
+  where->setToolTip(plainToolTip(path));
   auto* const revoke = new QPushButton(tr("Revoke"));
+  revoke->setAccessibleDescription(path + QStringLiteral(": ") + purpose(capability));
   connect(revoke, &QPushButton::clicked, this,
           [this, executable, capability] { store_.revoke(executable, capability); });
 

@@ -3,12 +3,12 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <string>
 
 #include "prefs/preferences.h"
+#include "settings/hiding_choice.h"
 
 namespace tarnwick {
 
@@ -67,7 +67,7 @@ bool ApplicationService::claim() {
          reply.arguments().value(0).toUInt() == primaryOwner;
 }
 
-void ApplicationService::activateOther() {
+bool ApplicationService::activateOther() {
   QVariantMap platformData;
   const auto pass = [&](const char* variable, const QString& key) {
     const QString value = qEnvironmentVariable(variable);
@@ -77,7 +77,8 @@ void ApplicationService::activateOther() {
   pass("XDG_ACTIVATION_TOKEN", QStringLiteral("activation-token"));
   auto call = QDBusMessage::createMethodCall(name, path, interface, QStringLiteral("Activate"));
   call << platformData;
-  bus_.call(call, QDBus::Block, activateDeadline);
+  call.setAutoStartService(false);
+  return bus_.call(call, QDBus::Block, activateDeadline).type() == QDBusMessage::ReplyMessage;
 }
 
 void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> delegate) {
@@ -86,7 +87,11 @@ void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> dele
 }
 
 void ApplicationService::Activate(const QVariantMap&) {
-  if (const auto delegate = delegate_.lock()) delegate->applicationShouldHandleReopen(false);
+  if (const auto delegate = delegate_.lock()) {
+    delegate->applicationShouldHandleReopen(false);
+  } else if (calledFromDBus()) {
+    sendErrorReply(QDBusError::Failed, QStringLiteral("It is about to end"));
+  }
 }
 
 // There are no documents to open.
@@ -103,33 +108,15 @@ void ApplicationService::ActivateAction(const QString& action, const QVariantLis
     if (controller) controller->togglePanel();
   } else if (action == QLatin1String("reveal") && parameters.isEmpty()) {
     if (controller) controller->revealTemporarily(revealLength);
-  } else if (action == QLatin1String("hide") && identifier) {
-    if (controller) hide(*controller, *identifier);
-  } else if (action == QLatin1String("release") && identifier) {
-    if (controller) release(*controller, *identifier);
+  } else if (identifier &&
+             (action == QLatin1String("hide") || action == QLatin1String("release"))) {
+    const bool hide = action == QLatin1String("hide");
+    if (controller) chooseHidden(Preferences(desktop_->defaults), *controller, *identifier, hide);
   } else {
     sendErrorReply(QDBusError::InvalidArgs,
                    QStringLiteral("The actions are toggle-panel and reveal, and hide and release, "
                                   "each with one string"));
   }
-}
-
-// Written first, then acted upon, as the settings do it: the pass reads the stored set.
-void ApplicationService::hide(MenuBarController& controller, const std::string& bundleId) {
-  const Preferences preferences(desktop_->defaults);
-  auto hidden = preferences.hiddenBundleIds();
-  if (std::find(hidden.begin(), hidden.end(), bundleId) == hidden.end()) {
-    hidden.push_back(bundleId);
-    preferences.setHiddenBundleIds(std::move(hidden));
-  }
-  controller.enforceStow();
-}
-
-void ApplicationService::release(MenuBarController& controller, const std::string& bundleId) {
-  const Preferences preferences(desktop_->defaults);
-  auto hidden = preferences.hiddenBundleIds();
-  if (std::erase(hidden, bundleId) > 0) preferences.setHiddenBundleIds(std::move(hidden));
-  controller.unstow(bundleId);
 }
 
 }  // namespace tarnwick

@@ -28,8 +28,8 @@ class ApplicationService : public QObject, protected QDBusContext {
   // Takes the name. False when another process has it or the bus does not give it.
   bool claim();
   // Tells the process that has the name to come forward; waits for its answer for 2 seconds at
-  // most.
-  void activateOther();
+  // most. False when it has gone meanwhile or is about to.
+  bool activateOther();
 
   // What calls are handed to. Those that arrive earlier do nothing.
   void serve(Desktop& desktop, std::weak_ptr<AppDelegate> delegate);
@@ -41,9 +41,6 @@ class ApplicationService : public QObject, protected QDBusContext {
                       const QVariantMap& platformData);
 
  private:
-  void hide(MenuBarController& controller, const std::string& bundleId);
-  void release(MenuBarController& controller, const std::string& bundleId);
-
   QDBusConnection bus_;
   Desktop* desktop_ = nullptr;
   std::weak_ptr<AppDelegate> delegate_;

@@ -20,6 +20,8 @@ namespace tarnwick {
 
 namespace {
 
+constexpr int mostAttempts = 20;
+
 struct End {
   int exitCode = 0;
   bool hasSuccessor = false;  // a new instance is to take this one's place
@@ -45,9 +47,14 @@ End run(char** argv, const std::string& program) {
     return {1};
   }
   ApplicationService service(bus);
-  if (!service.claim()) {
-    service.activateOther();
-    return {};
+  // One that is just ending gives the name back in a moment.
+  for (int attempt = 0; !service.claim(); ++attempt) {
+    if (service.activateOther()) return {};
+    if (attempt == mostAttempts) {
+      std::fputs("tarnwick: another one runs and does not answer\n", stderr);
+      return {1};
+    }
+    usleep(100'000);
   }
 
   const QuitSignals quitSignals;

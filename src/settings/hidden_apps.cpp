@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "settings/hiding_choice.h"
 #include "settings/settings_view.h"
 
 namespace tarnwick {
@@ -48,19 +49,9 @@ Binding<bool> SettingsView::binding(const std::string& bundleId) {
 // The text of the group field stays: it is back when the application is hidden again, until the
 // next rescan.
 void SettingsView::setHidden(const std::string& bundleId, bool hidden) {
-  if (hidden) {
-    hidden_.insert(bundleId);
-  } else {
-    hidden_.erase(bundleId);
-  }
-  preferences_.setHiddenBundleIds({hidden_.begin(), hidden_.end()});
-  if (hidden) {
-    controller_->enforceStow();
-  } else {
-    preferences_.assign(bundleId, "");
-    controller_->unstow(bundleId);
-  }
-  controller_->refreshPanel();
+  chooseHidden(preferences_, *controller_, bundleId, hidden);
+  const auto stored = preferences_.hiddenBundleIds();
+  hidden_ = {stored.begin(), stored.end()};
   changed_.notify();
 }
 

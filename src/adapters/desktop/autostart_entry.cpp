@@ -111,7 +111,7 @@ bool AutostartEntry::isEnabled() const {
 }
 
 bool AutostartEntry::registerItem() {
-  if (program_.find('\n') != program_.npos) return false;
+  if (program_.find('\n') != program_.npos || findProgram(program_).empty()) return false;
   return write(
              "[Desktop Entry]\nType=Application\nName=Tarnwick\n"
              "Comment=Keep status items out of the top bar and within reach\n"

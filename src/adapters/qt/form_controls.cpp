@@ -268,11 +268,12 @@ NumberField::NumberField(int width, const QString& accessibleName, QWidget* pare
     : Field(width, accessibleName, parent) {
   setAlignment(Qt::AlignTrailing);
   setMaxLength(9);  // so that any number fits
-  connect(this, &QLineEdit::editingFinished, this, &NumberField::commit);
+  connect(this, &QLineEdit::returnPressed, this, &NumberField::commit);
 }
 
 void NumberField::setValue(int value) {
   value_ = value;
+  if (hasFocus() && isModified()) return;  // being typed into
   const QString shown = locale().toString(value);
   if (shown != text()) setText(shown);
 }
@@ -280,8 +281,15 @@ void NumberField::setValue(int value) {
 void NumberField::commit() {
   bool isNumber = false;
   const int typed = locale().toInt(text().trimmed(), &isNumber);
+  setModified(false);
   if (isNumber && typed != value_) emit entered(typed);
   setValue(value_);
+}
+
+// Whatever takes the focus: the toolkit's own signal leaves out other windows and pop-ups.
+void NumberField::focusOutEvent(QFocusEvent* event) {
+  Field::focusOutEvent(event);
+  commit();
 }
 
 void NumberField::keyPressEvent(QKeyEvent* event) {

@@ -104,6 +104,7 @@ class NumberField : public Field {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   int value_ = 0;

@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 #include <utility>
+#include "look/tool_tip.h"
 
 namespace tarnwick {
 
@@ -60,7 +61,7 @@ void HiddenAppsSection::rebuild() {
     const QString name = QString::fromStdString(app.name);
     auto* const hidden = new Switch(name, Switch::Place::leading);
     hidden->setLabelIcon(app.icon);
-    hidden->setToolTip(name.toHtmlEscaped());
+    hidden->setToolTip(plainToolTip(name));
     connect(hidden, &QAbstractButton::clicked, this,
             [binding = view_->binding(app.bundleId)](bool on) { binding.set(on); });
     QHBoxLayout* const row = addRow(index++);

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "adapters/qt/theme_icon.h"
+#include "look/tool_tip.h"
 
 namespace tarnwick {
 
@@ -58,7 +59,7 @@ PanelCell::PanelCell(const PanelSection::Entry& entry, bool statusStyle, QWidget
       iconSide_(statusStyle ? Metrics::iconSideAmongPictures : Metrics::iconSide) {
   const QString name = QString::fromStdString(entry.name);
   setAccessibleName(name);
-  setToolTip(name.toHtmlEscaped());
+  setToolTip(plainToolTip(name));
   setFocusPolicy(Qt::NoFocus);
   setAttribute(Qt::WA_Hover);
   connect(this, &QAbstractButton::clicked, this,

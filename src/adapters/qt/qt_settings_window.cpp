@@ -44,16 +44,15 @@ class SettingsWidget : public QWidget {
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     observer_ = view_->onChanged([this] { form_->sync(); });
 
-    const QScreen* const screen = QGuiApplication::primaryScreen();
-    const QRect free = screen ? screen->availableGeometry() : QRect();
-    const int fitting = std::min(form_->sizeHint().height(), free.height() * 9 / 10);
+    const int fitting = std::min(form_->sizeHint().height(), freeArea().height() * 9 / 10);
     setFixedSize(windowWidth, std::clamp(fitting, leastHeight, greatestHeight));
     scroll_.resize(size());
-    place_ = free.center() - rect().center();
+    place_ = centred();
   }
 
   void present() {
-    if (!isVisible()) move(place_);
+    if (!isVisible())
+      move(QGuiApplication::screenAt(place_ + rect().center()) ? place_ : centred());
     show();
     raise();
     activateWindow();
@@ -84,6 +83,12 @@ class SettingsWidget : public QWidget {
   }
 
  private:
+  static QRect freeArea() {
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return screen ? screen->availableGeometry() : QRect();
+  }
+  QPoint centred() const { return freeArea().center() - rect().center(); }
+
   void takePalette() {
     QPalette palette;
     palette.setColor(QPalette::PlaceholderText, tonesOf(QApplication::palette()).secondary);

@@ -193,10 +193,16 @@ void SettingsForm::addClosingSection() {
   section->addRow(QStringLiteral("Version"), {version});
 
   auto* const restart = new FormButton(QStringLiteral("Restart Tarnwick"));
-  connect(restart, &QAbstractButton::clicked, this, [this] { view_->restart(); });
+  connect(restart, &QAbstractButton::clicked, this, [this] {
+    columns_->commit();
+    view_->restart();
+  });
   addButton(*section, restart);
   auto* const quit = new FormButton(QStringLiteral("Quit Tarnwick"));
-  connect(quit, &QAbstractButton::clicked, this, [this] { view_->quit(); });
+  connect(quit, &QAbstractButton::clicked, this, [this] {
+    columns_->commit();
+    view_->quit();
+  });
   addButton(*section, quit);
 }
 
