@@ -26,6 +26,7 @@ HotKeyCenter& HotKeyCenter::shared() {
   if (!module.center) {
     module.center =
         std::make_unique<HotKeyCenter>(module.services->hotKeys, module.services->notifications);
+    module.center->setEnabled(module.isEnabled);
   }
   return *module.center;
 }

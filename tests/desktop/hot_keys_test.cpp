@@ -86,6 +86,15 @@ TEST_F(HotKeysTest, PressAndReleasePairWhateverTheLocksAndWhateverIsReleasedFirs
   EXPECT_EQ(strike(), once);
 }
 
+TEST_F(HotKeysTest, KeysThatAreDownWhenTheShortcutIsSetDoNothing) {
+  keys({"keydown", "ctrl", "keydown", "super", "keydown", "k"});
+  ASSERT_EQ(answer(QByteArray("set a") + k), "a taken");
+  letPass(1s);  // the key repeats
+  keys({"keyup", "k", "keyup", "super", "keyup", "ctrl"});
+  EXPECT_EQ(heard(), QByteArrayList());
+  EXPECT_TRUE(waitFor([&] { return strike() == once; })) << "a moment later";
+}
+
 TEST_F(HotKeysTest, CombinationsOfOthersAreLeftToThem) {
   answer("disable a");
   answer(QByteArray("set a") + k);

@@ -16,7 +16,7 @@ namespace tarnwick::x11 {
 namespace {
 
 // Releases get lost when the grab is broken, the keyboard is unplugged or the server was stopped.
-constexpr std::chrono::seconds heldCheckInterval{1};
+constexpr std::chrono::milliseconds heldCheckInterval{100};
 
 std::vector<xcb_window_t> roots(xcb_connection_t* connection) {
   std::vector<xcb_window_t> windows;
@@ -102,6 +102,11 @@ Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers m
     return entry.second.keyCode == hotKey.keyCode && entry.second.modifiers == hotKey.modifiers;
   });
   if (known || !grab(hotKey)) return {};
+  // Repetitions of a key that is down already would come through the grab as presses.
+  if (isDown(hotKey.keyCode)) {
+    held_.try_emplace(hotKey.keyCode, HeldKey{hotKey.bits, false, false, modifiers});
+    heldCheck_.start();
+  }
   const auto number = ++lastHotKey_;
   hotKeys_.emplace(number, hotKey);
   return Registration([this, alive = std::weak_ptr(alive_), number] {
@@ -167,7 +172,11 @@ Registration KeyGrabs::watchMenuKeys(std::function<bool(const InputEvent&)> call
   return Registration([this, alive = std::weak_ptr(alive_)] {
     if (alive.expired()) return;
     menuWatcher_.reset();
-    // What the menu had the keys of is released elsewhere.
+    // The release of what was swallowed is still to be told; it may go elsewhere, so that the
+    // check has to notice it. What the menu has seen itself is no business of ours.
+    for (auto& [keyCode, held] : held_) {
+      if (held.forMenu) becomeHotKey(held);
+    }
     std::erase_if(held_, [](const auto& entry) { return !entry.second.forHotKey; });
   });
 }
@@ -190,7 +199,7 @@ bool KeyGrabs::nativeEventFilter(const QByteArray& type, void* message, qintptr*
 bool KeyGrabs::hotKeyPressed(std::uint8_t keyCode, std::uint16_t state) {
   const auto bits = static_cast<std::uint16_t>(state & masks_.ofShortcuts());
   const auto [entry, fresh] = held_.try_emplace(keyCode);
-  if (!fresh) return entry->second.forHotKey;  // a repetition
+  if (!fresh) return true;  // a repetition
   entry->second = {bits, true, false, masks_.modifiers(bits).value_or(KeyModifiers::none)};
   heldCheck_.start();
   tell(keyCode, bits, true);
@@ -202,19 +211,34 @@ bool KeyGrabs::menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed) 
   const auto known = held_.find(keyCode);
   const bool held = known != held_.end();
   auto modifiers = masks_.modifiers(state);
-  if (!pressed && held && (known->second.forMenu || known->second.forHotKey)) {
-    modifiers = known->second.modifiers;
+  if (!pressed && held) {
+    modifiers = known->second.modifiers;  // those of the press: a modifier may be released first
+    held_.erase(known);
   }
-  if (!pressed && held) held_.erase(known);
   if (!key || !modifiers) return false;
   const auto watcher = menuWatcher_;
   const bool swallowed = (*watcher)(
       {pressed ? EventKind::keyDown : EventKind::keyUp, *key, *modifiers, pressed && held});
   if (pressed && !held) {
-    held_[keyCode] = {0, false, swallowed, *modifiers};
+    HeldKey now{0, false, swallowed, *modifiers};
+    const bool closed = menuWatcher_ != watcher;  // by what it has just done
+    if (closed && swallowed) becomeHotKey(now);
+    if (!closed || swallowed) held_[keyCode] = now;
     heldCheck_.start();
   }
   return swallowed;
+}
+
+void KeyGrabs::becomeHotKey(HeldKey& held) const {
+  held = {masks_.bits(held.modifiers).value_or(0), true, false, held.modifiers};
+}
+
+bool KeyGrabs::isDown(std::uint8_t keyCode) {
+  xcb_connection_t* const connection = server();
+  if (!connection) return false;
+  const Reply<xcb_query_keymap_reply_t> keymap(
+      xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+  return keymap && (keymap->keys[keyCode / 8] & (1U << (keyCode % 8))) != 0;
 }
 
 void KeyGrabs::keyReleased(std::uint8_t keyCode) {
@@ -233,13 +257,13 @@ void KeyGrabs::tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed) {
 }
 
 void KeyGrabs::checkHeldKeys() {
-  xcb_connection_t* const connection = server();
-  if (!held_.empty() && connection) {
-    const Reply<xcb_query_keymap_reply_t> keymap(
-        xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
-    for (const auto& [keyCode, held] : std::map(held_)) {
-      const bool down = keymap && (keymap->keys[keyCode / 8] & (1U << (keyCode % 8))) != 0;
-      if (!down) keyReleased(keyCode);
+  for (const auto& [keyCode, held] : std::map(held_)) {
+    if (!isDown(keyCode)) {
+      if (menuWatcher_) {
+        menuKey(keyCode, 0, false);
+      } else {
+        keyReleased(keyCode);
+      }
     }
   }
   if (held_.empty()) heldCheck_.stop();

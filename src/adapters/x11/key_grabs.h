@@ -52,6 +52,8 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
   bool menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed);
   void keyReleased(std::uint8_t keyCode);
   void tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed);
+  void becomeHotKey(HeldKey& held) const;
+  static bool isDown(std::uint8_t keyCode);
   void checkHeldKeys();
 
   ModifierMasks masks_;

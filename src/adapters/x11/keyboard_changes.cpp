@@ -31,7 +31,7 @@ KeyboardChanges::~KeyboardChanges() {
 }
 
 Registration KeyboardChanges::onLayoutChosen(std::function<void(std::uint32_t)> callback) {
-  return layoutChosen_.add([this, callback = std::move(callback)] { callback(group_); });
+  return layoutChosen_.add([this, callback = std::move(callback)] { callback(*group_); });
 }
 
 bool KeyboardChanges::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {

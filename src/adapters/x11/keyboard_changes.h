@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "platform/callback_list.h"
 
@@ -26,8 +27,8 @@ class KeyboardChanges : public QAbstractNativeEventFilter {
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
  private:
-  std::uint8_t keyboardEvent_ = 0;  // first event of the extension; 0 without it
-  std::uint32_t group_ = 0;
+  std::uint8_t keyboardEvent_ = 0;      // first event of the extension; 0 without it
+  std::optional<std::uint32_t> group_;  // unknown until it is told
   CallbackList mapChanged_;
   CallbackList layoutChosen_;
   QTimer settling_;
