@@ -160,6 +160,7 @@ void MenuClient::parse(int id, std::shared_ptr<LayoutParser> parser, Done done) 
 bool MenuClient::merge(int id, MenuEntry layout) {
   index_.clear();
   if (id == 0) {
+    layout.id = 0;
     root_ = std::move(layout);
   } else {
     MenuEntry* const old = root_ ? findMenuEntry(*root_, id) : nullptr;
@@ -177,6 +178,7 @@ bool MenuClient::merge(int id, MenuEntry layout) {
     layout.submenu = true;
     *old = std::move(layout);
   }
+  keepIdsUnique(*root_);
   emit layoutChanged(id);
   return true;
 }

@@ -2,8 +2,10 @@
 
 #include <QDBusVariant>
 #include <QKeySequence>
+#include <QSet>
 #include <QStringList>
 #include <algorithm>
+#include <limits>
 
 namespace tarnwick {
 
@@ -164,6 +166,26 @@ MenuEntry* findMenuEntry(MenuEntry& root, int id) {
     if (MenuEntry* const found = findMenuEntry(child, id)) return found;
   }
   return nullptr;
+}
+
+namespace {
+
+void keepIdsUnique(std::vector<MenuEntry>& entries, QSet<int>& seen, int& nextOwn) {
+  std::erase_if(entries, [&](MenuEntry& entry) {
+    while (entry.separator && seen.contains(entry.id)) entry.id = nextOwn++;
+    const auto before = seen.size();
+    seen.insert(entry.id);
+    return seen.size() == before;
+  });
+  for (MenuEntry& entry : entries) keepIdsUnique(entry.children, seen, nextOwn);
+}
+
+}  // namespace
+
+void keepIdsUnique(MenuEntry& root) {
+  QSet<int> seen{root.id};
+  int nextOwn = std::numeric_limits<int>::min();
+  keepIdsUnique(root.children, seen, nextOwn);
 }
 
 void indexMenuEntries(const MenuEntry& root, QHash<int, const MenuEntry*>& index) {

@@ -58,6 +58,10 @@ std::vector<std::size_t> shownEntries(const std::vector<MenuEntry>& entries);
 // The entry with that id at or below `root`; nullptr when there is none.
 MenuEntry* findMenuEntry(MenuEntry& root, int id);
 
+// Leaves every id below `root` once, so that it names one entry: of several the first is kept, and
+// none with the root's own 0. Separators, which nobody names, get ids of their own instead.
+void keepIdsUnique(MenuEntry& root);
+
 // Puts the entry and all below it under their ids; of several with one id the first.
 void indexMenuEntries(const MenuEntry& root, QHash<int, const MenuEntry*>& index);
 

@@ -24,6 +24,8 @@ class CallbackList {
     });
   }
 
+  bool empty() const { return callbacks_->empty(); }
+
   void notify() const {
     const auto present = *callbacks_;
     for (const auto& [id, callback] : present) {

@@ -129,5 +129,27 @@ TEST_F(MenuDecodingTest, ShowsNoSeparatorsAtTheEndsOrInARow) {
   EXPECT_EQ(shownEntries(layout->children), (std::vector<std::size_t>{2, 5, 6}));
 }
 
+// Ids are how entries are pressed: each stands for one entry, and none for the menu itself.
+TEST_F(MenuDecodingTest, RepeatedIdsNameTheFirstEntryOnly) {
+  const QVariantMap separator{{"type", "separator"}};
+  MenuNode below = entry(7, {{"label", "Below"}, {"children-display", "submenu"}});
+  below.children << entry(1) << entry(8, {{"label", "Inner"}}) << entry(0);
+  MenuNode root = entry(0);
+  root.children << entry(1, {{"label", "First"}}) << entry(0, separator) << entry(0) << below
+                << entry(0, separator) << entry(7, {{"label", "Again"}});
+  for (int i = 0; i < 300; ++i) root.children << entry(0);
+  auto layout = parse(root);
+  ASSERT_TRUE(layout);
+  keepIdsUnique(*layout);
+  QHash<int, const MenuEntry*> index;
+  indexMenuEntries(*layout, index);
+  EXPECT_EQ(menuExtent(*layout).entries, 6);
+  EXPECT_EQ(index.size(), 6);
+  EXPECT_EQ(index.value(1)->title(), "First");
+  EXPECT_EQ(index.value(7)->title(), "Below");
+  EXPECT_EQ(index.value(8)->title(), "Inner");
+  EXPECT_EQ(shownEntries(layout->children), (std::vector<std::size_t>{0, 1, 2}));
+}
+
 }  // namespace
 }  // namespace tarnwick::test

@@ -59,7 +59,7 @@ std::optional<AXValue> BarAccessibility::menuAttribute(const AXElement& element,
     return entry->separator ? std::string() : entry->title().toStdString();
   }
   if (element.kind == Kind::menuEntry && name == ax::enabled) {
-    return entry->enabled && !entry->separator;
+    return entry->enabled && !entry->separator && !entry->heading;
   }
   if (name != ax::children) return std::nullopt;
   std::vector<AXElement> children;
@@ -109,12 +109,16 @@ void BarAccessibility::perform(const AXElement& element, std::string_view action
   if (action == ax::press) {
     const auto bar = snapshots_.present();
     const BarItem* const item = bar->find(element.item);
+    const auto suggested = std::exchange(place_, std::nullopt);
+    const auto place = suggested && suggested->item == element.item
+                           ? std::optional(suggested->point)
+                           : std::nullopt;
     if (item && !item->menuPath.isEmpty()) {
-      menus_.open(*item);
+      menus_.open(*item, place);
     } else {
-      const auto place = std::exchange(place_, std::nullopt);
-      if (place && place->item == element.item) {
-        bar_.send(QStringLiteral("PressAt"), {qulonglong{element.item}, place->point});
+      menus_.closeAll();
+      if (place) {
+        bar_.send(QStringLiteral("PressAt"), {qulonglong{element.item}, *place});
       } else {
         bar_.send(QStringLiteral("Press"), {qulonglong{element.item}});
       }

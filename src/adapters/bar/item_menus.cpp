@@ -1,10 +1,79 @@
 #include "adapters/bar/item_menus.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStringList>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
 #include <utility>
-#include <vector>
 
 namespace tarnwick {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto submenuPatience = 300ms;  // for the answers to all submenus
+constexpr auto unwatchedLife = 5s;       // longer than a menu is waited for
+constexpr std::size_t mostAsked = 64;    // menus asked for in one opening
+
+// Where an entry stands, as titles from the root on; empty when it is not there.
+bool findPath(const MenuEntry& below, int id, QStringList& path) {
+  for (const MenuEntry& child : below.children) {
+    path.push_back(child.title());
+    if (child.id == id || findPath(child, id, path)) return true;
+    path.pop_back();
+  }
+  return false;
+}
+
+const MenuEntry* follow(const MenuEntry& root, const QStringList& path) {
+  const MenuEntry* entry = &root;
+  for (const QString& title : path) {
+    const auto& children = entry->children;
+    const auto next = std::find_if(children.begin(), children.end(), [&](const MenuEntry& child) {
+      return !child.separator && child.title() == title;
+    });
+    if (next == children.end()) return nullptr;
+    entry = &*next;
+  }
+  return entry;
+}
+
+// The id that the entry shown as `id` has now: its own while its title is the same, else that of
+// the entry at the same titles. Absent when there is none any more.
+std::optional<int> presentId(const MenuEntry& shown, const MenuEntry& present, int id) {
+  QStringList before;
+  QStringList now;
+  if (!findPath(shown, id, before)) return id;
+  if (findPath(present, id, now) && now.back() == before.back()) return id;
+  const MenuEntry* const entry = follow(present, before);
+  return entry ? std::optional(entry->id) : std::nullopt;
+}
+
+void closeFromTheInside(MenuClient& client, const std::vector<int>& menus) {
+  for (auto id = menus.rbegin(); id != menus.rend(); ++id) client.close(*id);
+}
+
+// An item whose menu object is not there means its own answer to a click.
+void activate(const BarItem& item, std::optional<QPointF> place) {
+  const QScreen* const screen = QGuiApplication::primaryScreen();
+  QPoint pixels;
+  if (screen && place) {
+    pixels = screen->geometry().topLeft() + (*place * screen->devicePixelRatio()).toPoint();
+  }
+  auto call = QDBusMessage::createMethodCall(item.busName, item.objectPath,
+                                             QStringLiteral("org.kde.StatusNotifierItem"),
+                                             QStringLiteral("Activate"));
+  call << pixels.x() << pixels.y();
+  call.setAutoStartService(false);
+  QDBusConnection::sessionBus().send(call);
+}
+
+}  // namespace
 
 ItemMenus::ItemMenus() {
   owners_.setConnection(QDBusConnection::sessionBus());
@@ -12,69 +81,103 @@ ItemMenus::ItemMenus() {
   connect(&owners_, &QDBusServiceWatcher::serviceUnregistered, this, &ItemMenus::onOwnerGone);
 }
 
-void ItemMenus::open(const BarItem& item) {
+ItemMenus::~ItemMenus() {
+  closeAll();
+}
+
+void ItemMenus::closeAll() {
   while (!menus_.empty()) cancel(menus_.begin()->first);
+}
+
+ItemMenus::OpenMenu* ItemMenus::find(std::uint64_t item, const MenuClient* client) {
+  const auto menu = menus_.find(item);
+  return menu != menus_.end() && menu->second.client.get() == client ? &menu->second : nullptr;
+}
+
+void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
+  closeAll();
   OpenMenu& menu = menus_[item.id];
   menu.owner = item.busName;
   owners_.addWatchedService(menu.owner);
   menu.client = std::make_unique<MenuClient>(item.busName, item.menuPath);
-  menu.asked.insert(0);
-  menu.client->open(0, this, [this, id = item.id](MenuClient::Failure failure) {
-    const auto found = menus_.find(id);
-    if (found == menus_.end()) return;
-    if (failure != MenuClient::Failure::none) return;  // it may still answer
-    found->second.answered = true;
-    if (const MenuEntry* root = found->second.client->root()) fillSubmenus(id, *root, 1);
+  menu.asked.push_back(0);
+  MenuClient* const client = menu.client.get();
+  connect(client, &MenuClient::layoutChanged, this,
+          [this, id = item.id, client] { onLayout(id, client); });
+  client->open(0, this, [this, item, place, client](MenuClient::Failure failure) {
+    if (failure != MenuClient::Failure::absent || !find(item.id, client)) return;
+    if (auto ended = end(item.id)) retire(std::move(ended->client));
+    activate(item, place);
   });
+  QTimer::singleShot(unwatchedLife, client, [this, id = item.id, client] {
+    const OpenMenu* const unwatched = find(id, client);
+    if (!unwatched || !unwatched->ended.empty()) return;
+    if (auto ended = end(id)) retire(std::move(ended->client));
+  });
+}
+
+// The owner has answered, perhaps once more: late or with other entries.
+void ItemMenus::onLayout(std::uint64_t item, const MenuClient* client) {
+  OpenMenu* const menu = find(item, client);
+  if (!menu || !client->root()) return;
+  if (menu->patience.isForever()) menu->patience.setRemainingTime(submenuPatience);
+  fillSubmenus(item, *client->root(), 1);
 }
 
 // Menus that are filled only when they open.
 void ItemMenus::fillSubmenus(std::uint64_t item, const MenuEntry& parent, int depth) {
+  if (depth > deepestSubmenu) return;
   OpenMenu& menu = menus_.at(item);
-  std::vector<int> empty;
   for (const MenuEntry& child : parent.children) {
-    if (!child.submenu || !child.visible || depth > deepestSubmenu) continue;
-    if (child.children.empty()) {
-      if (menu.asked.insert(child.id).second) empty.push_back(child.id);
-    } else {
+    if (!child.submenu || !child.visible) continue;
+    if (!child.children.empty()) {
       fillSubmenus(item, child, depth + 1);
+      continue;
     }
-  }
-  for (const int id : empty) {
+    const bool known =
+        std::find(menu.asked.begin(), menu.asked.end(), child.id) != menu.asked.end();
+    if (known || menu.asked.size() >= mostAsked) continue;
+    menu.asked.push_back(child.id);
     ++menu.pending;
-    menu.client->open(id, this, [this, item, id, depth](MenuClient::Failure) {
-      const auto found = menus_.find(item);
-      if (found == menus_.end()) return;
-      --found->second.pending;
-      const MenuEntry* entry = found->second.client->entry(id);
-      if (entry) fillSubmenus(item, MenuEntry(*entry), depth + 1);
+    MenuClient* const client = menu.client.get();
+    client->open(child.id, this, [this, item, client](MenuClient::Failure) {
+      if (OpenMenu* const open = find(item, client)) --open->pending;
     });
   }
 }
 
 const MenuEntry* ItemMenus::entry(std::uint64_t item, int id) const {
   const auto menu = menus_.find(item);
-  if (menu == menus_.end() || !menu->second.answered || menu->second.pending > 0) return nullptr;
+  if (menu == menus_.end() || !menu->second.client->root()) return nullptr;
+  if (menu->second.pending > 0 && !menu->second.patience.hasExpired()) return nullptr;
   return id == 0 ? menu->second.client->root() : menu->second.client->entry(id);
 }
 
 void ItemMenus::choose(std::uint64_t item, int entry) {
   auto menu = end(item);
   if (!menu) return;
-  menu->client->click(entry, {menu->asked.begin(), menu->asked.end()}, 0);
+  const MenuEntry* const root = menu->client->root();
+  // Owners may number their entries anew at any time.
+  const auto id = menu->shown && root ? presentId(*menu->shown, *root, entry) : entry;
+  if (id) {
+    menu->client->click(*id, menu->asked, 0);
+  } else {
+    closeFromTheInside(*menu->client, menu->asked);
+  }
   retire(std::move(menu->client));
 }
 
 void ItemMenus::cancel(std::uint64_t item) {
   auto menu = end(item);
   if (!menu) return;
-  for (auto id = menu->asked.rbegin(); id != menu->asked.rend(); ++id) menu->client->close(*id);
+  closeFromTheInside(*menu->client, menu->asked);
   retire(std::move(menu->client));
 }
 
 Registration ItemMenus::watch(std::uint64_t item, std::function<void()> ended) {
   const auto menu = menus_.find(item);
   if (menu == menus_.end()) return {};
+  if (const MenuEntry* const root = menu->second.client->root()) menu->second.shown = *root;
   return menu->second.ended.add(std::move(ended));
 }
 

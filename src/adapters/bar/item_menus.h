@@ -1,14 +1,16 @@
 #pragma once
 
 #include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
 #include <QObject>
+#include <QPointF>
 #include <QString>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
+#include <vector>
 
 #include "adapters/bar/bar_items.h"
 #include "dbusmenu/menu_client.h"
@@ -27,9 +29,14 @@ class ItemMenus : public QObject {
   static constexpr int deepestSubmenu = 2;
 
   ItemMenus();
+  ~ItemMenus() override;
 
-  // Has the owner open the item's menu. Whatever was open is closed first.
-  void open(const BarItem& item);
+  // Has the owner open the item's menu. Whatever was open is closed first. An item whose menu turns
+  // out not to be there is activated instead, with `place` (points) for what it may show. A menu
+  // that nobody watches is forgotten after some seconds.
+  void open(const BarItem& item, std::optional<QPointF> place);
+  // Closes whatever is open.
+  void closeAll();
   // Performs an entry; its menu is closed then.
   void choose(std::uint64_t item, int entry);
   void cancel(std::uint64_t item);
@@ -45,11 +52,15 @@ class ItemMenus : public QObject {
     std::unique_ptr<MenuClient> client;
     QString owner;
     CallbackList ended;
-    std::set<int> asked;  // submenus whose owner was told that they are open
-    int pending = 0;      // answers waited for
-    bool answered = false;
+    std::vector<int> asked;  // menus whose owner was told that they are open, outer ones first
+    int pending = 0;         // answers for submenus waited for
+    QDeadlineTimer patience{QDeadlineTimer::Forever};  // for them
+    std::optional<MenuEntry> shown;                    // the menu as it was when the copy was shown
   };
 
+  // The open menu of that item, if it still is the one read by that client.
+  OpenMenu* find(std::uint64_t item, const MenuClient* client);
+  void onLayout(std::uint64_t item, const MenuClient* client);
   void fillSubmenus(std::uint64_t item, const MenuEntry& parent, int depth);
   // Takes the menu out of the open ones.
   std::optional<OpenMenu> end(std::uint64_t item);

@@ -59,6 +59,11 @@ void QtMenus::fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>&
   }
 }
 
+// Who waits for the outcome holds the menu: forgotten, both go.
+QtMenus::~QtMenus() {
+  if (const auto open = open_.lock()) const auto waiting = std::exchange(open->callback, nullptr);
+}
+
 // Closes a menu that stands for nothing any more.
 void QtMenus::takeDown(const std::weak_ptr<Tracking>& tracking) {
   const auto open = tracking.lock();
@@ -98,6 +103,7 @@ Registration QtMenus::popUp(const Menu& menu, Point location,
   tracking->grab.hold(tracking->menu.get(), dismiss);
   return Registration([tracking = std::shared_ptr(tracking)]() mutable {
     tracking->callback = nullptr;
+    tracking->menu->hide();
     tracking->menu.release()->deleteLater();  // this may be one of its own events
     tracking.reset();
   });

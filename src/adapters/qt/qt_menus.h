@@ -23,6 +23,8 @@ class QtMenus : public Menus {
   QtMenus(MainLoop& loop, EventMonitors& monitors, GoneWatch goneWatch)
       : loop_(loop), monitors_(monitors), goneWatch_(std::move(goneWatch)) {}
 
+  ~QtMenus() override;
+
   Registration popUp(const Menu& menu, Point location,
                      std::function<void(const MenuOutcome&)> callback) override;
 
