@@ -218,6 +218,28 @@ TEST_F(ActivationTest, KeysAndPointerWorkInAMenuFourLevelsDeep) {
       << client.output().toStdString();
 }
 
+// What an owner answers when its menu is about to be shown; it fills the menu only then.
+class MenuOpeningTest : public ActivationTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(MenuOpeningTest, MenuComesWhateverIsAnsweredAndIsPressedAfterItWasRenumbered) {
+  QStringList options{"--about-to-show", GetParam()};
+  if (options[1] != "missing") options += "--lazy-root";  // which only that call fills
+  Program& client = *begin({fake}, options)[0];
+  openMenu();
+  const auto readings = client.output().count("GetLayout");
+  client.write("menu-renumber");
+  ASSERT_TRUE(waitFor([&] { return client.output().count("GetLayout") > readings; }));
+  letPass(200ms);  // the answer comes
+  xdotool("key q Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 100007 clicked"); }))
+      << client.output().toStdString();
+  EXPECT_TRUE(waitFor([&] { return client.output().contains("Event 0 closed"); }));
+  EXPECT_LT(client.output().indexOf("clicked"), client.output().indexOf("Event 0 closed"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, MenuOpeningTest,
+                         testing::Values("error", "missing", "empty", "true"));
+
 TEST_F(ActivationTest, ItemWithoutAMenuIsActivatedBelowItsEntry) {
   Program& client = *begin({fake}, {"--menu", "none"})[0];
   const QPoint entry = pressEntry();
