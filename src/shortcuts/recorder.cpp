@@ -125,10 +125,14 @@ bool RecorderCocoa::keyDown(const std::optional<InputEvent>& event) {
                     ~(KeyModifiers::capsLock | KeyModifiers::numericPad);
   const Key key(event->keyCode);
   if (held == KeyModifiers::none) {
-    if (key == Key::tab || key == Key::escape) {
+    if (key == Key::tab) {
+      endRecording();  // the focus moves by itself
+      return false;
+    }
+    if (key == Key::escape) {
       endRecording();
       field_.resignFirstResponder();
-      return key == Key::escape;
+      return true;
     }
     if (key == Key::delete_ || key == Key::deleteForward) {
       clear();
