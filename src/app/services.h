@@ -23,8 +23,10 @@
 #include "adapters/qt/qt_panel_window.h"
 #include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_settings_window.h"
+#include "adapters/qt/recorder_widget.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
+#include "adapters/x11/keyboard_grab.h"
 #include "adapters/x11/raw_presses.h"
 #include "adapters/x11/window_effects.h"
 #include "adapters/x11/xkb_layout.h"
@@ -66,7 +68,8 @@ class Services {
   QtMenus menus_{loop_, presses_, [this](const AXElement& entry, std::function<void()> gone) {
                    return accessibility_.watchMenu(entry, std::move(gone));
                  }};
-  QtSettingsWindows settingsWindows_{{x11::activateWindow}};
+  QtSettingsWindows settingsWindows_{{x11::activateWindow},
+                                     [] { return makeHotkeyRows(x11::KeyboardGrab::begin); }};
   BarSettingsPanes settingsPanes_{bar_};
   desktop::AutostartEntry loginItem_;
   QtCollation collation_;

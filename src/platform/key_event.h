@@ -13,6 +13,7 @@ enum class KeyModifiers : std::uint64_t {
   option = 0x80000,
   command = 0x100000,
   numericPad = 0x200000,
+  help = 0x400000,
   function = 0x800000,
   deviceIndependent = 0xffff0000,  // all that are no matter of one keyboard
 };

@@ -11,6 +11,7 @@
 #include "platform/main_loop.h"
 #include "platform/notification_center.h"
 #include "platform/registration.h"
+#include "platform/system_shortcuts.h"
 #include "shortcuts/event_stream.h"
 #include "shortcuts/name.h"
 #include "shortcuts/shortcut.h"
@@ -26,6 +27,7 @@ struct Services {
   HotKeys& hotKeys;
   KeyboardLayout& layout;
   NotificationCenter& notifications;
+  SystemShortcuts* systemShortcuts = nullptr;  // may be unknown
 };
 
 // Gives the module its services, before anything else of it is used. Dropping the registration

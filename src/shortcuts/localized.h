@@ -6,5 +6,7 @@ namespace tarnwick::KeyboardShortcuts {
 
 // The module's text for a key, in the one language there is; an unknown key is its own text.
 std::string localized(const std::string& key);
+// With the argument in its one place.
+std::string localized(const std::string& key, const std::string& argument);
 
 }  // namespace tarnwick::KeyboardShortcuts

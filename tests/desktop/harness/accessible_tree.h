@@ -36,7 +36,7 @@ class AccessibleTree {
                                  const QString& role = {});
 
   QRect frameOf(const Accessible& object);  // on the screen, in pixels
-  enum class State : std::uint8_t { checked = 4, enabled = 8, showing = 25 };
+  enum class State : std::uint8_t { checked = 4, enabled = 8, focused = 12, showing = 25 };
   bool has(const Accessible& object, State state);
 
   QStringList actions(const Accessible& object);

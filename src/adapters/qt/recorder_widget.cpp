@@ -1,0 +1,203 @@
+#include "adapters/qt/recorder_widget.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <algorithm>
+#include <utility>
+
+#include "adapters/qt/form_painting.h"
+#include "adapters/qt/tones.h"
+
+namespace tarnwick {
+
+namespace {
+
+constexpr qreal cancelSide = 14;
+constexpr qreal cancelMargin = 6;
+
+// Deletes itself with the window, or when the registration goes.
+Registration presentBox(QWidget* window, const Alert& alert, std::function<void(int)> answered) {
+  auto* const box =
+      new QMessageBox(QMessageBox::Warning, QStringLiteral("Tarnwick"),
+                      QString::fromStdString(alert.title), QMessageBox::NoButton, window);
+  box->setTextFormat(Qt::PlainText);
+  box->setInformativeText(QString::fromStdString(alert.message));
+  for (const auto& button : alert.buttons) {
+    box->addButton(QString::fromStdString(button),
+                   box->buttons().isEmpty() ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+  }
+  if (alert.buttons.empty()) box->addButton(QMessageBox::Ok);
+  auto* const first = qobject_cast<QPushButton*>(box->buttons().first());
+  box->setDefaultButton(first);
+  box->setEscapeButton(first);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setWindowModality(Qt::WindowModal);
+  QObject::connect(
+      box, &QDialog::finished, window,
+      [box = QPointer(box), first, answered = std::move(answered)] {
+        const bool second = box && box->clickedButton() && box->clickedButton() != first;
+        answered(second ? alertSecondButton : alertFirstButton);
+      },
+      Qt::QueuedConnection);
+  box->open();
+  return Registration([box = QPointer(box)] {
+    if (box) box->deleteLater();
+  });
+}
+
+}  // namespace
+
+RecorderWidget::RecorderWidget(const KeyboardShortcuts::Name& name, const QString& title,
+                               GrabKeyboard grab)
+    : Field(static_cast<int>(KeyboardShortcuts::RecorderCocoa::minimumWidth), title),
+      grab_(std::move(grab)),
+      recorder_(*this, name) {
+  setReadOnly(true);
+  setAttribute(Qt::WA_InputMethodEnabled, false);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  setFocusPolicy(Qt::StrongFocus);
+  setCursor(Qt::ArrowCursor);
+  recorder_.updateStringValue();
+}
+
+RecorderWidget::~RecorderWidget() {
+  qApp->removeEventFilter(this);
+}
+
+void RecorderWidget::show(const KeyboardShortcuts::RecorderAppearance& appearance) {
+  const bool began = appearance.isRecording && !appearance_.isRecording;
+  appearance_ = appearance;
+  setText(QString::fromStdString(appearance.text));
+  setAccessibleDescription(QString::fromStdString(appearance.placeholder));
+  if (began) {
+    keyboard_ =
+        grab_(window()->winId(), [this](const auto& event) { return recorder_.keyDown(event); });
+    qApp->installEventFilter(this);
+  } else if (!appearance.isRecording) {
+    qApp->removeEventFilter(this);
+    keyboard_ = {};
+  }
+  update();
+}
+
+void RecorderWidget::makeFirstResponder() {
+  window()->activateWindow();
+  setFocus(Qt::OtherFocusReason);
+}
+
+void RecorderWidget::beep() {
+  QApplication::beep();
+}
+
+Registration RecorderWidget::present(const Alert& alert, std::function<void(int)> answered) {
+  return presentBox(window(), alert, std::move(answered));
+}
+
+// The application has no menus of its own that answer to keys.
+KeyedMenu RecorderWidget::mainMenu() {
+  return {};
+}
+
+bool RecorderWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == window_ && event->type() == QEvent::WindowDeactivate) {
+    recorder_.windowDidResignKey();
+  } else if (watched == window_ && event->type() == QEvent::WindowActivate) {
+    recorder_.preventBecomingKey();
+  } else if (event->type() == QEvent::MouseButtonRelease && watched->isWidgetType()) {
+    const auto position = mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition());
+    recorder_.mouseUp({position.x(), position.y()},
+                      {static_cast<double>(width()), static_cast<double>(height())});
+  }
+  return false;
+}
+
+void RecorderWidget::showEvent(QShowEvent* event) {
+  if (window_) window_->removeEventFilter(this);
+  window_ = window();
+  window_->installEventFilter(this);
+  recorder_.preventBecomingKey();
+  Field::showEvent(event);
+}
+
+void RecorderWidget::hideEvent(QHideEvent* event) {
+  recorder_.endRecording();
+  clearFocus();
+  Field::hideEvent(event);
+}
+
+void RecorderWidget::focusInEvent(QFocusEvent* event) {
+  Field::focusInEvent(event);
+  const auto reason = event->reason();
+  const bool byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+  if (reason == Qt::ActiveWindowFocusReason || (byKeyboard && !recorder_.canBecomeKeyView())) {
+    clearFocus();
+  } else {
+    recorder_.becomeFirstResponder();
+  }
+}
+
+void RecorderWidget::focusOutEvent(QFocusEvent* event) {
+  recorder_.endRecording();
+  Field::focusOutEvent(event);
+}
+
+void RecorderWidget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && appearance_.hasCancelButton &&
+      cancelButton().adjusted(-4, -4, 4, 4).contains(event->position())) {
+    recorder_.clear();
+  } else {
+    setFocus(Qt::MouseFocusReason);
+  }
+}
+
+QRectF RecorderWidget::cancelButton() const {
+  const QRectF shape = shapeOf(*this);
+  const qreal top = shape.center().y() - cancelSide / 2;
+  const bool leftToRight = layoutDirection() == Qt::LeftToRight;
+  const qreal left =
+      leftToRight ? shape.right() - cancelMargin - cancelSide : shape.left() + cancelMargin;
+  return {left, top, cancelSide, cancelSide};
+}
+
+void RecorderWidget::paintEvent(QPaintEvent*) {
+  const Tones tones = tonesOf(palette());
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QRectF shape = shapeOf(*this);
+  const qreal radius = shape.height() / 2;
+  painter.setPen(QPen(tones.fieldLine, 1));
+  painter.setBrush(tones.field);
+  painter.drawRoundedRect(shape.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+  if (appearance_.isRecording) paintRing(painter, shape, radius, tones.accent);
+
+  const bool empty = appearance_.text.empty();
+  painter.setPen(empty ? tones.secondary : tones.text);
+  const qreal room = empty ? cancelMargin : cancelMargin + cancelSide;
+  const QRectF place = shape.adjusted(room, 0, -room, 0);
+  const QString shown = QString::fromStdString(empty ? appearance_.placeholder : appearance_.text);
+  painter.drawText(
+      place, Qt::AlignCenter | Qt::TextSingleLine,
+      fontMetrics().elidedText(shown, Qt::ElideRight, static_cast<int>(place.width())));
+  if (!appearance_.hasCancelButton) return;
+  const QRectF cancel = cancelButton();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(tones.secondary);
+  painter.drawEllipse(cancel);
+  painter.setPen(QPen(tones.field, 1.5, Qt::SolidLine, Qt::RoundCap));
+  const QRectF cross = cancel.adjusted(4.5, 4.5, -4.5, -4.5);
+  painter.drawLine(cross.topLeft(), cross.bottomRight());
+  painter.drawLine(cross.topRight(), cross.bottomLeft());
+}
+
+std::vector<HotkeyRow> makeHotkeyRows(const GrabKeyboard& grab) {
+  using KeyboardShortcuts::Name;
+  const auto row = [&grab](const QString& title, const Name& name) {
+    return HotkeyRow{title, new RecorderWidget(name, title, grab)};
+  };
+  return {row(QStringLiteral("Open the panel"), Name::togglePanel()),
+          row(QStringLiteral("Show everything briefly"), Name::revealEverything())};
+}
+
+}  // namespace tarnwick

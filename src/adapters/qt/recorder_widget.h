@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+
+#include "adapters/qt/form_controls.h"
+#include "adapters/qt/settings_form.h"
+#include "shortcuts/recorder.h"
+
+namespace tarnwick {
+
+// Takes the keyboard for a window until the registration is dropped. True swallows a press; absent
+// is one of a key without a name.
+using GrabKeyboard =
+    std::function<Registration(WId, std::function<bool(const std::optional<InputEvent>&)>)>;
+
+// A field in the shape of a search field in which a shortcut is recorded.
+class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
+ public:
+  RecorderWidget(const KeyboardShortcuts::Name& name, const QString& title, GrabKeyboard grab);
+  ~RecorderWidget() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent*) override {}
+  void mouseReleaseEvent(QMouseEvent*) override {}
+  void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+  void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
+
+ private:
+  void show(const KeyboardShortcuts::RecorderAppearance& appearance) override;
+  void makeFirstResponder() override;
+  void resignFirstResponder() override { clearFocus(); }
+  void beep() override;
+  Registration present(const Alert& alert, std::function<void(int)> answered) override;
+  KeyedMenu mainMenu() override;
+  QRectF cancelButton() const;
+
+  const GrabKeyboard grab_;
+  KeyboardShortcuts::RecorderAppearance appearance_;
+  Registration keyboard_;
+  QPointer<QWidget> window_;
+  KeyboardShortcuts::RecorderCocoa recorder_;
+};
+
+// The rows of the settings' section "Hotkeys".
+std::vector<HotkeyRow> makeHotkeyRows(const GrabKeyboard& grab);
+
+}  // namespace tarnwick

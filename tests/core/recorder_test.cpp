@@ -1,0 +1,131 @@
+#include "shortcuts/recorder.h"
+
+#include "shortcuts_test.h"
+
+namespace tarnwick::test {
+namespace {
+
+using namespace KeyboardShortcuts;
+using M = KeyModifiers;
+
+// A field and a desktop that note what they are asked.
+class RecorderTest : public ShortcutsTest, protected RecorderField, protected SystemShortcuts {
+ protected:
+  void show(const RecorderAppearance& shown) override { appearance = shown; }
+  void makeFirstResponder() override { recorder.becomeFirstResponder(); }
+  void resignFirstResponder() override { recorder.endRecording(); }
+  void beep() override { log.push_back("beep"); }
+  Registration present(const Alert& alert, std::function<void(int)> callback) override {
+    log.push_back("alert " + std::to_string(alert.buttons.size()) + ": " + alert.title);
+    answer = std::move(callback);
+    return {};
+  }
+  KeyedMenu mainMenu() override { return menu; }
+  std::vector<TakenShortcut> taken() override { return system; }
+
+  bool press(std::uint16_t key, KeyModifiers modifiers = M::none) {
+    return recorder.keyDown(InputEvent{EventKind::keyDown, key, modifiers, false});
+  }
+
+  KeyedMenu menu;
+  std::vector<TakenShortcut> system;
+  std::function<void(int)> answer;
+  RecorderAppearance appearance;
+  Registration renew = [this] {
+    module = {};
+    return KeyboardShortcuts::use({desktop.loop, desktop, keyboard, keyboard, notifications, this});
+  }();
+  Name name{"slot"};
+  RecorderCocoa recorder{*this, name};
+};
+
+TEST_F(RecorderTest, TakesRefusesAndPassesOnKeys) {
+  struct Case {
+    std::uint16_t key;
+    KeyModifiers modifiers;
+    bool swallowed, beeps, goesOn;
+    const char* text;
+  };
+  const Case cases[] = {
+      {40, M::none, true, true, true, "⌘K"},
+      {40, M::shift, true, true, true, "⌘K"},
+      {126, M::none, true, true, true, "⌘K"},
+      {36, M::capsLock, true, true, true, "⌘K"},
+      {96, M::none, true, false, false, "F5"},
+      {96, M::shift | M::capsLock, true, false, false, "⇧F5"},
+      {40, M::option | M::command, true, false, false, "⌥⌘K"},
+      {48, M::none, false, false, false, "⌘K"},
+      {53, M::capsLock, true, false, false, "⌘K"},
+      {53, M::control, true, false, false, "⌃⎋"},
+      {51, M::none, true, false, true, ""},
+      {117, M::numericPad, true, false, true, ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.key) + " " + c.text);
+    name.setShortcut(k);
+    recorder.becomeFirstResponder();
+    EXPECT_TRUE(isPaused());
+    EXPECT_EQ(press(c.key, c.modifiers), c.swallowed);
+    EXPECT_EQ(noted().size(), c.beeps ? 1U : 0U);
+    EXPECT_EQ(recorder.isRecording(), c.goesOn);
+    EXPECT_EQ(isPaused(), c.goesOn);
+    EXPECT_EQ(appearance.text, c.text);
+    EXPECT_EQ(appearance.hasCancelButton, *c.text != 0);
+    EXPECT_EQ(appearance.placeholder, c.goesOn ? "Press Shortcut" : "Record Shortcut");
+    recorder.endRecording();
+  }
+}
+
+TEST_F(RecorderTest, ChecksInOrderAndStoresWhatIsForced) {
+  menu = {{"File", "", M::none, {}, {{"Kill", "K", M::command, {}, {}}}}};
+  system = {{40, 0x300}, {38, 0x100}, {111, 0}};
+  recorder.validateShortcut = [](const Shortcut& candidate) {
+    return candidate.key() == Key::j ? ValidationResult::disallow("No.")
+                                     : ValidationResult::allow();
+  };
+  recorder.becomeFirstResponder();
+  press(40, M::command | M::shift);
+  EXPECT_NE(noted().at(0).find("alert 0: This shortcut cannot be used"), std::string::npos);
+  EXPECT_FALSE(isPaused());
+  answer(alertSecondButton);
+  EXPECT_TRUE(recorder.isRecording());
+  EXPECT_FALSE(name.shortcut());
+
+  menu.front().submenu.front().boundName = "other";
+  recorder.conflictPolicy.menuItem = ConflictBehavior::allow;
+  press(40, M::command | M::shift);
+  EXPECT_EQ(noted().at(0), "alert 2: This shortcut is already used by the system.");
+  answer(alertFirstButton);
+  EXPECT_FALSE(name.shortcut());
+  press(40, M::command | M::shift);
+  answer(alertSecondButton);
+  EXPECT_EQ(appearance.text, "⇧⌘K");
+  EXPECT_FALSE(recorder.isRecording());
+  noted();
+
+  recorder.becomeFirstResponder();
+  press(38, M::command);
+  answer(alertSecondButton);
+  EXPECT_EQ(noted().at(1), "alert 0: No.");
+  answer(alertFirstButton);
+  press(111);
+  EXPECT_EQ(appearance.text, "F12");
+
+  recorder.operatingSystem = {15, 1, true};
+  recorder.conflictPolicy.disallowed = ConflictBehavior::warn;
+  recorder.becomeFirstResponder();
+  press(40, M::option | M::shift);
+  EXPECT_EQ(noted().size(), 1U);
+  EXPECT_EQ(appearance.text, "F12");
+}
+
+TEST_F(RecorderTest, AClickWellOutsideEndsIt) {
+  recorder.becomeFirstResponder();
+  recorder.mouseUp({-3, 27}, {130, 24});
+  EXPECT_TRUE(recorder.isRecording());
+  recorder.mouseUp({133.5, 10}, {130, 24});
+  EXPECT_FALSE(recorder.isRecording());
+}
+
+}  // namespace
+}  // namespace tarnwick::test
