@@ -23,6 +23,7 @@
 #include "adapters/qt/qt_panel_window.h"
 #include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_settings_window.h"
+#include "adapters/shortcuts/desktop_shortcuts.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/raw_presses.h"
@@ -44,6 +45,7 @@ class Services {
 
   Desktop& desktop() { return desktop_; }
   const QtApplication& application() const { return application_; }
+  SystemShortcuts& systemShortcuts() { return systemShortcuts_; }
 
  private:
   bool isOurs(QPoint rootPixels);
@@ -77,6 +79,7 @@ class Services {
   MenuTracking menuTracking_{notifications_};
   x11::KeyboardChanges keyboardChanges_;
   x11::KeyGrabs hotKeys_{keyboardChanges_};
+  shortcuts::DesktopShortcuts systemShortcuts_{hotKeys_};
   x11::XkbLayout keyboardLayout_{keyboardChanges_};
   Registration shortcuts_ =
       KeyboardShortcuts::use({loop_, defaults_, hotKeys_, keyboardLayout_, notifications_});
