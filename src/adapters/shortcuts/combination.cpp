@@ -65,8 +65,10 @@ std::optional<Combination> withKey(unsigned modifiers, QString key, Notation not
   } else {
     combination.key = key;
   }
+  // A name of a symbol, or the one character that the key prints.
+  static const QRegularExpression symbol("^([A-Za-z0-9_ ]+|[^\\p{C}])$");
   const QString lower = key.toLower();
-  if (key.isEmpty() || lower == "none" || lower == "disabled") return std::nullopt;
+  if (!symbol.match(key).hasMatch() || lower == "none" || lower == "disabled") return std::nullopt;
   return combination;
 }
 
@@ -84,8 +86,6 @@ std::optional<Combination> parseCombination(const QString& text, Notation notati
       modifiers |= bit;
       rest.remove(0, end + 1);
     }
-    static const QRegularExpression symbol("^[A-Za-z0-9_]+$");
-    if (!symbol.match(rest).hasMatch()) return std::nullopt;
     return withKey(modifiers, rest, notation);
   }
   const QChar separator = notation == Notation::openbox ? '-' : '+';
