@@ -1,6 +1,7 @@
 #include "adapters/shortcuts/running_desktop.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -100,10 +101,9 @@ Configuration readConfiguration(const RunningDesktop& desktop, const std::atomic
     const QString file = openboxFile(desktop);
     add(openboxCombinations(contents(file)), {file});
   } else if (manager == "i3") {
+    const QString own = QDir::homePath() + "/.i3/config";
     QString file = locate("i3/config");
-    for (const auto* other : {"/etc/i3/config"}) {
-      if (file.isEmpty()) file = other;
-    }
+    if (file.isEmpty()) file = QFile::exists(own) ? own : "/etc/i3/config";
     add(i3Combinations(contents(file)), {file});
   }
   if (runs("KDE") || manager == "KWin") {
