@@ -24,6 +24,7 @@
 #include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_settings_window.h"
 #include "adapters/qt/recorder_widget.h"
+#include "adapters/shortcuts/desktop_shortcuts.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/keyboard_grab.h"
@@ -80,9 +81,10 @@ class Services {
   MenuTracking menuTracking_{notifications_};
   x11::KeyboardChanges keyboardChanges_;
   x11::KeyGrabs hotKeys_{keyboardChanges_};
+  shortcuts::DesktopShortcuts systemShortcuts_{hotKeys_};
   x11::XkbLayout keyboardLayout_{keyboardChanges_};
-  Registration shortcuts_ =
-      KeyboardShortcuts::use({loop_, defaults_, hotKeys_, keyboardLayout_, notifications_});
+  Registration shortcuts_ = KeyboardShortcuts::use(
+      {loop_, defaults_, hotKeys_, keyboardLayout_, notifications_, &systemShortcuts_});
 };
 
 }  // namespace tarnwick

@@ -88,7 +88,10 @@ std::vector<Shortcut> systemShortcuts() {
 bool isTakenBySystem(const Shortcut& shortcut) {
   if (shortcut == Shortcut(Key::f12)) return false;
   const auto all = systemShortcuts();
-  return std::find(all.begin(), all.end(), shortcut) != all.end();
+  if (std::find(all.begin(), all.end(), shortcut) != all.end()) return true;
+  const auto& services = Module::shared().services;
+  return services && services->systemShortcuts &&
+         services->systemShortcuts->isTaken({shortcut.carbonKeyCode, shortcut.carbonModifiers});
 }
 
 std::vector<KeyedMenuItem> menuItemsWithMatchingShortcut(const Shortcut& shortcut,

@@ -80,6 +80,7 @@ void RecorderCocoa::setActive(bool active) {
 void RecorderCocoa::becomeFirstResponder() {
   if (isRecording_) return;
   shortcutBeforeRecording_ = shortcut();
+  systemShortcuts();  // read by the time something is typed
   setActive(true);
   updateStringValue();
 }

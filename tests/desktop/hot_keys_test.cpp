@@ -189,5 +189,14 @@ TEST_F(HotKeysTest, LayoutChosenWhileRunningChangesTheSigns) {
   }
 }
 
+TEST_F(HotKeysTest, TheWindowManagersCombinationIsToldAsTaken) {
+  const QByteArray altF4 = "desktop 118 2048", controlSuperK = "desktop 40 4352";
+  EXPECT_TRUE(waitFor([&] { return answer(altF4) == "desktop configured grabbed"; }));
+  EXPECT_EQ(answer(controlSuperK), "desktop");
+  EXPECT_EQ(answer("set a 40 4352"), "a taken");
+  EXPECT_EQ(answer(controlSuperK), "desktop") << "one's own is nobody else's";
+  EXPECT_EQ(strike(), once) << "asking took it away";
+}
+
 }  // namespace
 }  // namespace tarnwick::test

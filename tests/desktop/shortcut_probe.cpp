@@ -21,6 +21,7 @@
 #include "adapters/desktop/defaults_file.h"
 #include "adapters/qt/menu_tracking.h"
 #include "adapters/qt/qt_main_loop.h"
+#include "adapters/shortcuts/desktop_shortcuts.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/server.h"
@@ -95,6 +96,13 @@ class Probe : public QAbstractNativeEventFilter {
         text += ' ' + (character ? KeyboardShortcuts::character(*character).value_or("?") : "none");
       }
       say(text);
+    } else if (verb == "desktop") {
+      TakenShortcut shortcut;
+      words >> shortcut.carbonKeyCode >> shortcut.carbonModifiers;
+      const bool configured = system_.SystemShortcuts::isTaken(shortcut);
+      const bool grabbed = hotKeys_.isTakenElsewhere(
+          static_cast<std::uint32_t>(shortcut.carbonKeyCode), fromCarbon(shortcut.carbonModifiers));
+      say(std::string("desktop") + (configured ? " configured" : "") + (grabbed ? " grabbed" : ""));
     } else if (verb == "many") {
       std::size_t count = 0;
       words >> count;
@@ -149,6 +157,7 @@ class Probe : public QAbstractNativeEventFilter {
   MenuTracking menuTracking_{notifications_};
   x11::KeyboardChanges changes_;
   x11::KeyGrabs hotKeys_{changes_};
+  shortcuts::DesktopShortcuts system_{hotKeys_};
   x11::XkbLayout layout_{changes_};
   std::set<std::string> names_;
   QWidget window_;

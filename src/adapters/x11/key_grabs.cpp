@@ -116,6 +116,19 @@ Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers m
   });
 }
 
+bool KeyGrabs::isTakenElsewhere(std::uint32_t keyCode, KeyModifiers modifiers) {
+  const auto place = xKeyCode(keyCode);
+  if (!place || !server() || !masks_.bits(modifiers)) return false;
+  HotKey trial{{}, *place, modifiers, 0, false};
+  for (const auto& [number, hotKey] : hotKeys_) {
+    const bool same = hotKey.keyCode == *place && hotKey.modifiers == modifiers;
+    if (same && hotKey.grabbed) return false;
+  }
+  const bool free = grab(trial);
+  if (free) release(trial);
+  return !free;
+}
+
 // All requests go out together: one round trip, however many variants there are.
 bool KeyGrabs::grab(HotKey& hotKey) {
   xcb_connection_t* const connection = server();

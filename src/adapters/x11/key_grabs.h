@@ -24,6 +24,9 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
 
   Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
                                    HotKeyId id) override;
+  // Tries to take the combination, and gives it back: whether another program has it. What is
+  // registered here is ours. Asks the X server and waits for its answer.
+  bool isTakenElsewhere(std::uint32_t keyCode, KeyModifiers modifiers);
   Registration watchHotKeys(std::function<void(const HotKeyEvent&)> callback) override;
   Registration watchMenuKeys(std::function<bool(const InputEvent&)> callback) override;
 
