@@ -91,7 +91,7 @@ bool isTakenBySystem(const Shortcut& shortcut) {
   if (std::find(all.begin(), all.end(), shortcut) != all.end()) return true;
   const auto& services = Module::shared().services;
   return services && services->systemShortcuts &&
-         services->systemShortcuts->isTaken({shortcut.carbonKeyCode, shortcut.carbonModifiers});
+         services->systemShortcuts->isTaken({shortcut.carbonKeyCode(), shortcut.carbonModifiers()});
 }
 
 std::vector<KeyedMenuItem> menuItemsWithMatchingShortcut(const Shortcut& shortcut,
