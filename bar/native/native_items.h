@@ -34,6 +34,7 @@ class NativeItems : public QObject {
   Error setImage(const QString& owner, ItemId id, QSizeF points, quint32 width, quint32 height,
                  const QByteArray& rgba, bool isTemplate);
   Error remove(const QString& owner, ItemId id);
+  bool owns(const QString& owner, ItemId id) const { return find(owner, id) != nullptr; }
   // The connection has gone, and its items go with it.
   void dropOwner(const QString& owner);
 

@@ -47,6 +47,11 @@ inline constexpr const char* menuBarIntrospection = R"xml(
     <method name="RemoveItem">
       <arg name="id" type="t" direction="in"/>
     </method>
+    <!-- Where an item of the caller's own stands; needs no capability. -->
+    <method name="OwnFrame">
+      <arg name="id" type="t" direction="in"/>
+      <arg name="frame" type="(dddd)" direction="out"/>
+    </method>
     <!-- Size in points, width and height in pixels (at most 1024 each), R, G, B, A bytes,
          premultiplied, row by row from the top. Of a template only the alpha counts. No bytes and no
          size take the picture away. -->

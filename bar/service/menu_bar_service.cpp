@@ -48,6 +48,7 @@ const MenuBarService::Method MenuBarService::methods[] = {
     {"AddItem", "sd", {}, &MenuBarService::addItem},
     {"SetLength", "td", {}, &MenuBarService::setLength},
     {"RemoveItem", "t", {}, &MenuBarService::removeItem},
+    {"OwnFrame", "t", {}, &MenuBarService::ownFrame},
     {"SetImage", "t(dd)uuayb", {}, &MenuBarService::setImage},
     // Asks for its capability itself: without it nothing happens and nothing is said.
     {"PostPointerEvent", "u(dd)u", {}, &MenuBarService::postPointerEvent},

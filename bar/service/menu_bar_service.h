@@ -49,6 +49,7 @@ class MenuBarService : public QDBusVirtualObject {
   void addItem(const QDBusMessage& message, qint32 pid);
   void setLength(const QDBusMessage& message, qint32 pid);
   void removeItem(const QDBusMessage& message, qint32 pid);
+  void ownFrame(const QDBusMessage& message, qint32 pid);
   void setImage(const QDBusMessage& message, qint32 pid);
   void postPointerEvent(const QDBusMessage& message, qint32 pid);
   void hasAccess(const QDBusMessage& message, qint32 pid);

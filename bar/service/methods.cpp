@@ -131,6 +131,13 @@ void MenuBarService::removeItem(const QDBusMessage& message, qint32) {
   finish(message, native_.remove(message.service(), message.arguments()[0].toULongLong()));
 }
 
+void MenuBarService::ownFrame(const QDBusMessage& message, qint32) {
+  const ItemId id = message.arguments()[0].toULongLong();
+  const auto frame = board_.row().frame(id);
+  if (!frame || !native_.owns(message.service(), id)) return noSuchItem(message);
+  reply(message, {QRectF(frame->x, frame->y, frame->width, frame->height)});
+}
+
 void MenuBarService::setImage(const QDBusMessage& message, qint32) {
   const QVariantList arguments = message.arguments();
   finish(message, native_.setImage(message.service(), arguments[0].toULongLong(),

@@ -49,6 +49,16 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "it goes with the bar";
 }
 
+TEST_F(PanelTest, NeedsNoPermissionToOpenBelowTheHandleAndToClose) {
+  startBar();
+  startUtility();
+  const QRectF anchor = native("tarnwick.handle")->frame;
+  openPanel();
+  EXPECT_EQ(panelFrame().top(), anchor.bottom() + 4);
+  desktop.click(handle());
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
+}
+
 TEST_F(PanelTest, LiesBelowTheHandleOnAnotherPrimaryMonitorAndWhenScaled) {
   const auto xrandr = [&](const QStringList& arguments) {
     desktop.start("xrandr", arguments).waitForEnd();

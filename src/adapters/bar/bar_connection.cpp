@@ -6,8 +6,10 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QPointer>
+#include <QRectF>
 #include <chrono>
 #include <climits>
+#include <cmath>
 #include <utility>
 
 #include "adapters/bar/bar_protocol.h"
@@ -120,14 +122,30 @@ void BarConnection::requestAccess(const QString& capability) {
 }
 
 std::optional<std::vector<BarItem>> BarConnection::items() {
-  if (!present_ || !hasAccess(service::accessibility) || loop_.now() < blockedUntil_)
-    return std::nullopt;
-  const QDBusMessage reply =
-      bus_.call(message(QStringLiteral("Items"), {}), QDBus::Block, itemsDeadline);
+  if (!hasAccess(service::accessibility)) return std::nullopt;
+  const auto reply = waitFor(QStringLiteral("Items"), {});
+  return reply ? parseBarItems(*reply) : std::nullopt;
+}
+
+std::optional<Rect> BarConnection::ownFrame(std::uint64_t id) {
+  const auto reply = waitFor(QStringLiteral("OwnFrame"), {qulonglong{id}});
+  if (!reply || reply->signature() != QLatin1String("(dddd)")) return std::nullopt;
+  const auto frame = qdbus_cast<QRectF>(reply->arguments().constFirst());
+  const bool finite = std::isfinite(frame.x()) && std::isfinite(frame.y()) &&
+                      std::isfinite(frame.width()) && std::isfinite(frame.height());
+  if (!finite) return std::nullopt;
+  return Rect{frame.x(), frame.y(), frame.width(), frame.height()};
+}
+
+// Absent without a bar and while it is not to be waited for.
+std::optional<QDBusMessage> BarConnection::waitFor(const QString& method,
+                                                   const QVariantList& arguments) {
+  if (!present_ || loop_.now() < blockedUntil_) return std::nullopt;
+  const QDBusMessage reply = bus_.call(message(method, arguments), QDBus::Block, itemsDeadline);
   if (QDBusError(reply).type() == QDBusError::NoReply) {
     blockedUntil_ = loop_.now() + pauseAfterSilence;
   }
-  return parseBarItems(reply);
+  return reply;
 }
 
 void BarConnection::send(const QString& method, const QVariantList& arguments) {

@@ -39,6 +39,8 @@ class BarConnection : public QObject {
   // answer in time the next second's calls fail at once. Absent without a bar, without the
   // capability "accessibility" and without an answer.
   std::optional<std::vector<BarItem>> items();
+  // The frame of an item of this process, for which no capability is needed. Waits as items() does.
+  std::optional<Rect> ownFrame(std::uint64_t id);
 
   // Sends a message that wants no answer; dropped when there is no bar.
   void send(const QString& method, const QVariantList& arguments);
@@ -63,6 +65,7 @@ class BarConnection : public QObject {
  private:
   void setOwner(const QString& owner);
   void greet();
+  std::optional<QDBusMessage> waitFor(const QString& method, const QVariantList& arguments);
   void askAccess(const QString& capability);
   void ask(QDBusMessage message, QObject* context,
            std::function<void(const QDBusMessage&)> answered);

@@ -131,13 +131,7 @@ void BarStatusBar::sendImage(const Entry& entry) {
 }
 
 std::optional<Rect> BarStatusBar::frame(const Entry& entry) {
-  if (!entry.id) return std::nullopt;
-  const auto items = bar_.items();
-  if (!items) return std::nullopt;
-  const auto found = std::find_if(items->begin(), items->end(),
-                                  [&](const BarItem& item) { return item.id == *entry.id; });
-  if (found == items->end()) return std::nullopt;
-  return found->frame;
+  return entry.id ? bar_.ownFrame(*entry.id) : std::nullopt;
 }
 
 void BarStatusBar::onClicked(quint64 id, uint button, uint modifiers, QPointF at) {
@@ -165,7 +159,8 @@ void BarStatusBar::sendImagesOfNewDensity() {
 }
 
 bool BarStatusBar::hasItemAt(Point place) {
-  if (place.y > highestBar) return false;
+  // What is laid out beyond the left end stands on no monitor, whatever is left of this one.
+  if (place.y > highestBar || place.x < 0) return false;
   return std::any_of(entries_.begin(), entries_.end(), [&](const EntryPtr& entry) {
     const auto present = frame(*entry);
     return present && present->contains(place);

@@ -99,7 +99,8 @@ void PanelCell::paintEvent(QPaintEvent*) {
     const int side = static_cast<int>(iconSide_);
     QRect target(0, 0, side, side);
     target.moveCenter(rect().center());
-    iconOf(*themed).paint(&painter, target);
+    const auto picture = iconOf(*themed).pixmap(target.size(), devicePixelRatioF());
+    painter.drawPixmap(target, picture);
   }
 }
 

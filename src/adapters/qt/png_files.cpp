@@ -1,6 +1,7 @@
 #include "adapters/qt/png_files.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
 #include <QSaveFile>
@@ -10,8 +11,10 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int largestSide = 4096;                 // pixels
-constexpr qint64 largestFile = 16 * 1024 * 1024;  // bytes
+// What is taken of items is far smaller.
+constexpr int largestWidth = 2048;               // pixels
+constexpr int largestHeight = 256;               // pixels
+constexpr qint64 largestFile = 4 * 1024 * 1024;  // bytes
 
 }  // namespace
 
@@ -22,13 +25,13 @@ QString PngFiles::path(const std::string& name) const {
 }
 
 std::optional<Bitmap> PngFiles::read(const std::string& name) {
-  QFile file(path(name));
-  if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > largestFile) {
-    return std::nullopt;
-  }
+  const QString place = path(name);
+  if (!QFileInfo(place).isFile()) return std::nullopt;  // opening a pipe would wait
+  QFile file(place);
+  if (!file.open(QIODevice::ReadOnly) || file.size() > largestFile) return std::nullopt;
   QImageReader reader(&file, "png");
   const QSize size = reader.size();  // from the header, before anything is decoded
-  if (size.isEmpty() || size.width() > largestSide || size.height() > largestSide) {
+  if (size.isEmpty() || size.width() > largestWidth || size.height() > largestHeight) {
     return std::nullopt;
   }
   const QImage image = reader.read().convertToFormat(QImage::Format_RGBA8888_Premultiplied);

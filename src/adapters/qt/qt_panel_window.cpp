@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <cmath>
 
 #include "adapters/qt/panel_content.h"
@@ -44,6 +45,8 @@ class PanelWidget : public QWidget {
   }
 
   void setContent(const PanelView& view) {
+    // A refresh keeps the place; a panel that is opened begins at its top.
+    const int scrolled = isVisible() ? scroll_.verticalScrollBar()->value() : 0;
     // The one before may be the one that is being pressed.
     if (QWidget* before = scroll_.takeWidget()) {
       before->hide();
@@ -52,6 +55,8 @@ class PanelWidget : public QWidget {
     auto* content = new PanelContent(view, nullptr);
     scroll_.setWidget(content);
     content->setAutoFillBackground(false);  // the area had turned it on
+    layOut();
+    scroll_.verticalScrollBar()->setValue(scrolled);
   }
 
   QSize fittingSize() const { return scroll_.widget() ? scroll_.widget()->sizeHint() : QSize(); }
@@ -65,16 +70,7 @@ class PanelWidget : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent*) override {
-    // What is scrolled ends at the ground's edge; the bars lie in the padding beside the content.
-    const int margin = static_cast<int>(Metrics::margin);
-    const QSize size = fittingSize();
-    const bool higher = size.height() > height();
-    const bool wider = size.width() > width();
-    const auto policy = [](bool on) { return on ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
-    scroll_.setVerticalScrollBarPolicy(policy(higher));
-    scroll_.setHorizontalScrollBarPolicy(policy(wider));
-    scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
-                                        higher ? -margin : 0, wider || higher ? -margin : 0));
+    layOut();
     updateShape();
   }
 
@@ -107,6 +103,19 @@ class PanelWidget : public QWidget {
   }
 
  private:
+  void layOut() {
+    // What is scrolled ends at the ground's edge; the bars lie in the padding beside the content.
+    const int margin = static_cast<int>(Metrics::margin);
+    const QSize size = fittingSize();
+    const bool higher = size.height() > height();
+    const bool wider = size.width() > width();
+    const auto policy = [](bool on) { return on ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
+    scroll_.setVerticalScrollBarPolicy(policy(higher));
+    scroll_.setHorizontalScrollBarPolicy(policy(wider));
+    scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
+                                        higher ? -margin : 0, wider || higher ? -margin : 0));
+  }
+
   QRectF groundRect() const {
     return QRectF(rect()).adjusted(Metrics::margin, Metrics::margin, -Metrics::margin,
                                    -Metrics::margin);

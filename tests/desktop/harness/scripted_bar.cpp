@@ -102,10 +102,17 @@ QVariantList ScriptedBar::answer(const QDBusMessage& message) {
       onPointerEvent(events.back());
     }
   }
-  return method == "Items" ? items() : QVariantList();
+  if (method == "OwnFrame") {
+    for (const BarItem& item : items()) {
+      if (item.kind == "native" && item.id == arguments.value(0).toULongLong()) {
+        return {item.frame};
+      }
+    }
+  }
+  return method == "Items" ? QVariantList{QVariant::fromValue(items())} : QVariantList();
 }
 
-QVariantList ScriptedBar::items() const {
+QList<BarItem> ScriptedBar::items() const {
   QList<BarItem> all(foreign.begin(), foreign.end());
   double right = 800;
   for (const Native& native : natives) {
@@ -119,7 +126,7 @@ QVariantList ScriptedBar::items() const {
     right -= native.lengths.back();
     all.append(item);
   }
-  return {QVariant::fromValue(all)};
+  return all;
 }
 
 }  // namespace tarnwick::test

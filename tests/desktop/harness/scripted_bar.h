@@ -52,7 +52,7 @@ class ScriptedBar : public QDBusVirtualObject {
 
  private:
   QVariantList answer(const QDBusMessage& message);
-  QVariantList items() const;
+  QList<BarItem> items() const;
 
   std::unique_ptr<QDBusConnection> bus_;
 };
