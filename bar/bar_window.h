@@ -7,10 +7,10 @@
 #include <map>
 #include <optional>
 
-#include "look/appearance.h"
 #include "bar/bar_settings.h"
 #include "bar/board.h"
 #include "bar/clock.h"
+#include "look/appearance.h"
 
 namespace tarnwick::bar {
 
