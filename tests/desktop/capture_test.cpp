@@ -1,6 +1,9 @@
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 
+#include "adapters/qt/png_files.h"
+#include "capture/bitmap_analysis.h"
 #include "tests/desktop/harness/status_desktop_test.h"
 
 namespace tarnwick::test {
@@ -40,7 +43,7 @@ class CaptureTest : public StatusDesktopTest {
 };
 
 TEST_F(CaptureTest, HiddenApplicationsPicturesAreTakenOnTheWayOut) {
-  const std::vector<Client> clients{copyq, diodon, parcellite};
+  const std::vector<Client> clients{copyq, diodon, parcellite, volumeicon};
   grantUtility();
   startBar();
   startClients(clients);
@@ -55,6 +58,10 @@ TEST_F(CaptureTest, HiddenApplicationsPicturesAreTakenOnTheWayOut) {
     EXPECT_LE(picture.height(), 2 * frame.height()) << client.program;
     EXPECT_TRUE(isTrimmed(picture)) << client.program;
     EXPECT_TRUE(hasTransparentGround(picture)) << client.program;
+    const auto bitmap = PngFiles(QFileInfo(fileOf(client)).path().toStdString())
+                            .read(QFileInfo(fileOf(client)).fileName().toStdString());
+    ASSERT_TRUE(bitmap.has_value());
+    EXPECT_EQ(isMonochrome(*bitmap), client.bundleId == volumeicon.bundleId) << client.program;
   }
 }
 

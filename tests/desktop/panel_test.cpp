@@ -40,6 +40,13 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   openPanel();
   desktop.click({300, 600});
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on the desktop closes it";
+  desktop.start("xdotool", {"keydown", "super"}).waitForEnd();
+  desktop.click(handle());
+  desktop.start("xdotool", {"keyup", "super"}).waitForEnd();
+  desktop.click(handle(), 3);
+  EXPECT_TRUE(waitFor([&] { return !desktop.windowFrame("Tarnwick").isEmpty(); }))
+      << "a right click opens the settings";
+  EXPECT_FALSE(panelIsShown()) << "a Super-click does nothing";
   openPanel();
   desktop.click(bar.itemsOf(parcellite.bundleId).front().frame.center());
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on another's item closes it";

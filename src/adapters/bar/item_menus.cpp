@@ -18,6 +18,7 @@ using namespace std::chrono_literals;
 
 constexpr auto submenuPatience = 300ms;  // for the answers to all submenus
 constexpr auto unwatchedLife = 5s;       // longer than a menu is waited for
+constexpr auto emptyPatience = 800ms;    // for entries that come late
 constexpr std::size_t mostAsked = 64;    // menus asked for in one opening
 
 // Where an entry stands, as titles from the root on; empty when it is not there.
@@ -106,6 +107,14 @@ void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
           [this, id = item.id, client] { onLayout(id, client); });
   client->open(0, this, [this, item, place, client](MenuClient::Failure failure) {
     if (failure != MenuClient::Failure::absent || !find(item.id, client)) return;
+    if (auto ended = end(item.id)) retire(std::move(ended->client));
+    activate(item, place);
+  });
+  // Some owners always have a menu object and mean a click by it: theirs is empty.
+  QTimer::singleShot(emptyPatience, client, [this, item, place, client] {
+    const OpenMenu* const empty = find(item.id, client);
+    if (!empty || !empty->ended.empty() || !client->root()) return;
+    if (!shownEntries(client->root()->children).empty()) return;
     if (auto ended = end(item.id)) retire(std::move(ended->client));
     activate(item, place);
   });

@@ -32,8 +32,8 @@ class ItemMenus : public QObject {
   ~ItemMenus() override;
 
   // Has the owner open the item's menu. Whatever was open is closed first. An item whose menu turns
-  // out not to be there is activated instead, with `place` (points) for what it may show. A menu
-  // that nobody watches is forgotten after some seconds.
+  // out not to be there, or to be empty, is activated instead, with `place` (points) for what it
+  // may show. A menu that nobody watches is forgotten after some seconds.
   void open(const BarItem& item, std::optional<QPointF> place);
   // Closes whatever is open.
   void closeAll();
