@@ -68,7 +68,7 @@ void BarApp::start() {
   window_.winId();
   x11::makeDock(window_, window_.frame());
   window_.setApplicationName(activeApplication_.name());
-  window_.show();
+  x11::showDock(window_);
   if (!tray_.start()) {
     qWarning("no tray for X11 icons: the X server lacks Composite, Damage or XFixes");
   }

@@ -2,7 +2,9 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
+#include <chrono>
 #include <cmath>
 
 #include "bar/x11/super_grabs.h"
@@ -12,6 +14,8 @@ namespace tarnwick::bar::x11 {
 
 namespace {
 
+constexpr std::chrono::milliseconds firstWait{500};
+constexpr std::chrono::milliseconds longestWait{16'000};
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t wmEvents =
     XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
@@ -51,7 +55,39 @@ void setStates(xcb_window_t window, bool shown) {
               wmEvents);
 }
 
+// Some window managers lose what is asked of them while they start, as at a login, and the window
+// would never be seen.
+void askAgainUnlessMapped(QWidget* window, std::chrono::milliseconds wait) {
+  if (wait > longestWait) return;
+  QTimer::singleShot(wait, window, [window, wait] {
+    if (!window->isVisible() || !connection()) return;
+    const auto id = static_cast<xcb_window_t>(window->winId());
+    const auto attributes =
+        Pending<xcb_get_window_attributes_reply>(xcb_get_window_attributes(connection(), id))
+            .take();
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_UNMAPPED) return;
+    const double scale = window->devicePixelRatioF();
+    const QPoint place = window->screen()->geometry().topLeft();
+    const std::array<std::uint32_t, 4> values{
+        static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()),
+        static_cast<std::uint32_t>(std::lround(window->width() * scale)),
+        static_cast<std::uint32_t>(std::lround(window->height() * scale))};
+    quiet(xcb_configure_window_checked(connection(), id,
+                                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
+                                           XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                                       values.data()));
+    quiet(xcb_map_window_checked(connection(), id));
+    xcb_flush(connection());
+    askAgainUnlessMapped(window, 2 * wait);
+  });
+}
+
 }  // namespace
+
+void showDock(QWidget& window) {
+  window.show();
+  askAgainUnlessMapped(&window, firstWait);
+}
 
 void makeDock(QWidget& window, QRect framePoints) {
   const QScreen* screen = QGuiApplication::primaryScreen();

@@ -12,4 +12,7 @@ namespace tarnwick::bar::x11 {
 // corner. Does nothing without an X server.
 void makeDock(QWidget& window, QRect framePoints);
 
+// Shows the dock, and asks for it again when it does not come up.
+void showDock(QWidget& window);
+
 }  // namespace tarnwick::bar::x11
