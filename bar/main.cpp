@@ -14,6 +14,7 @@
 
 #include "bar/bar_app.h"
 #include "look/icon_theme.h"
+#include "look/translations.h"
 
 namespace {
 
@@ -69,6 +70,7 @@ int main(int argc, char** argv) {
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return fail("no session bus");
   tarnwick::chooseIconTheme();
+  tarnwick::useTranslations();
 
   tarnwick::bar::BarApp bar(bus);
   QSocketNotifier stop(stopEvent, QSocketNotifier::Read);

@@ -1,6 +1,6 @@
 # Debian 12 packages, and how missing ones get installed. Sourced by ./test and ./run.
 
-build_packages="g++ cmake ninja-build pkg-config qt6-base-dev nlohmann-json3-dev libgtest-dev
+build_packages="g++ cmake ninja-build pkg-config qt6-base-dev qt6-l10n-tools nlohmann-json3-dev libgtest-dev
   libbenchmark-dev libxcb1-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
   libxcb-randr0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev
   libxkbcommon-dev libxkbcommon-x11-dev"

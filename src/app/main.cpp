@@ -15,6 +15,7 @@
 #include "app/services.h"
 #include "look/appearance.h"
 #include "look/icon_theme.h"
+#include "look/translations.h"
 
 namespace tarnwick {
 
@@ -59,6 +60,7 @@ End run(char** argv, const std::string& program) {
 
   const QuitSignals quitSignals;
   chooseIconTheme();
+  useTranslations();
   Appearance appearance(bus);
   appearance.start();
   Services services(bus, program);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <string>
 
@@ -84,7 +85,10 @@ class Services {
   shortcuts::DesktopShortcuts systemShortcuts_{hotKeys_};
   x11::XkbLayout keyboardLayout_{keyboardChanges_};
   Registration shortcuts_ = KeyboardShortcuts::use(
-      {loop_, defaults_, hotKeys_, keyboardLayout_, notifications_, &systemShortcuts_});
+      {loop_, defaults_, hotKeys_, keyboardLayout_, notifications_, &systemShortcuts_,
+       [](const char* text) {
+         return QCoreApplication::translate("KeyboardShortcuts", text).toStdString();
+       }});
 };
 
 }  // namespace tarnwick

@@ -8,6 +8,7 @@
 
 #include "panel/panel_section.h"
 #include "platform/geometry.h"
+#include "platform/translatable.h"
 
 namespace tarnwick {
 
@@ -35,7 +36,7 @@ struct PanelMetrics {
   static constexpr double iconSide = 26;
   static constexpr double iconSideAmongPictures = 20;
   static constexpr const char* emptyText =
-      "No hidden apps yet.\nRight-click the chevron to add some.";
+      translatable("PanelView", "No hidden apps yet.\nRight-click the chevron to add some.");
 
   // A section with fewer entries than the panel has columns is only as wide as its entries.
   static int columnsOf(const PanelSection& section, int columns) {

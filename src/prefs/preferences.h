@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/defaults_store.h"
+#include "platform/translatable.h"
 #include "prefs/app_group.h"
 
 namespace tarnwick {
@@ -26,17 +27,17 @@ template <class Style>
 struct StyleInfo {
   Style style;
   const char* rawValue;  // as stored
-  const char* label;     // as shown in the settings
+  const char* label;     // as shown in the settings, in English
 };
 
 // All cases, in the order of the settings' pickers.
 inline constexpr StyleInfo<PanelIconStyle> panelIconStyles[] = {
-    {PanelIconStyle::appIcon, "appIcon", "App icon"},
-    {PanelIconStyle::statusIcon, "statusIcon", "Menu bar icon"},
+    {PanelIconStyle::appIcon, "appIcon", translatable("Preferences", "App icon")},
+    {PanelIconStyle::statusIcon, "statusIcon", translatable("Preferences", "Menu bar icon")},
 };
 inline constexpr StyleInfo<HandleIconStyle> handleIconStyles[] = {
-    {HandleIconStyle::mono, "mono", "Black & white"},
-    {HandleIconStyle::color, "color", "Color"},
+    {HandleIconStyle::mono, "mono", translatable("Preferences", "Black & white")},
+    {HandleIconStyle::color, "color", translatable("Preferences", "Color")},
 };
 
 // The settings: typed reads and writes straight through to the defaults store, nothing kept. A

@@ -28,6 +28,8 @@ struct Services {
   KeyboardLayout& layout;
   NotificationCenter& notifications;
   SystemShortcuts* systemShortcuts = nullptr;  // may be unknown
+  // The user's language for one of the module's English texts; may be empty.
+  std::function<std::string(const char* text)> translated = {};
 };
 
 // Gives the module its services, before anything else of it is used. Dropping the registration

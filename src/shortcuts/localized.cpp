@@ -2,25 +2,34 @@
 
 #include <map>
 
+#include "platform/translatable.h"
+#include "shortcuts/module.h"
+
 namespace tarnwick::KeyboardShortcuts {
 
 std::string localized(const std::string& key) {
-  static const std::map<std::string, std::string> texts = {
-      {"force_use_shortcut", "Use Anyway"},
+  static const std::map<std::string, const char*> texts = {
+      {"force_use_shortcut", translatable("KeyboardShortcuts", "Use Anyway")},
       {"keyboard_shortcut_disallowed",
-       "Option may only be used in a shortcut together with Control or Command."},
+       translatable("KeyboardShortcuts",
+                    "Option may only be used in a shortcut together with Control or Command.")},
       {"keyboard_shortcut_used_by_menu_item",
-       "This shortcut cannot be used because it belongs to the menu item “%@”."},
-      {"keyboard_shortcut_used_by_system", "This shortcut is already used by the system."},
+       translatable("KeyboardShortcuts",
+                    "This shortcut cannot be used because it belongs to the menu item “%@”.")},
+      {"keyboard_shortcut_used_by_system",
+       translatable("KeyboardShortcuts", "This shortcut is already used by the system.")},
       {"keyboard_shortcuts_can_be_changed",
-       "The system’s shortcuts can be changed in the keyboard settings."},
-      {"ok", "OK"},
-      {"press_shortcut", "Press Shortcut"},
-      {"record_shortcut", "Record Shortcut"},
-      {"space_key", "Space"},
+       translatable("KeyboardShortcuts",
+                    "The system’s shortcuts can be changed in the keyboard settings.")},
+      {"ok", translatable("KeyboardShortcuts", "OK")},
+      {"press_shortcut", translatable("KeyboardShortcuts", "Press Shortcut")},
+      {"record_shortcut", translatable("KeyboardShortcuts", "Record Shortcut")},
+      {"space_key", translatable("KeyboardShortcuts", "Space")},
   };
   const auto found = texts.find(key);
-  return found != texts.end() ? found->second : key;
+  if (found == texts.end()) return key;
+  const auto& services = Module::shared().services;
+  return services && services->translated ? services->translated(found->second) : found->second;
 }
 
 std::string localized(const std::string& key, const std::string& argument) {

@@ -58,7 +58,7 @@ void paintArrow(QPainter& painter, QPointF centre, int up, const QColor& color) 
 class StepButton : public QPushButton {
  public:
   StepButton(int direction, QWidget* parent) : QPushButton(parent), direction_(direction) {
-    setAccessibleName(direction > 0 ? QStringLiteral("Increase") : QStringLiteral("Decrease"));
+    setAccessibleName(direction > 0 ? Stepper::tr("Increase") : Stepper::tr("Decrease"));
     setFixedSize(stepSize);
     setFocusPolicy(Qt::NoFocus);
     setAutoRepeat(true);

@@ -16,12 +16,12 @@ constexpr int groupFieldWidth = 110;
 
 HiddenAppsSection::HiddenAppsSection(std::shared_ptr<SettingsView> view, QWidget* before,
                                      QWidget* parent)
-    : FormSection(QStringLiteral("Hidden apps"), parent),
+    : FormSection(tr("Hidden apps"), parent),
       view_(std::move(view)),
       before_(before),
-      empty_(new Note(QStringLiteral("No third-party menu bar apps found."), contentWidth,
+      empty_(new Note(tr("No third-party menu bar apps found."), contentWidth,
                       Note::Style::secondary)),
-      rescan_(new FormButton(QStringLiteral("Rescan"))) {
+      rescan_(new FormButton(tr("Rescan"))) {
   QHBoxLayout* const empty = addRow();
   empty->addSpacing(ringRoom);
   empty->addWidget(empty_);
@@ -76,9 +76,8 @@ void HiddenAppsSection::rebuild() {
 }
 
 Field* HiddenAppsSection::makeGroupField(const Row& row) {
-  auto* const field = new Field(
-      groupFieldWidth, QStringLiteral("Group") + QLatin1Char(' ') + row.hidden->accessibleName());
-  field->setPlaceholderText(QStringLiteral("Group"));
+  auto* const field = new Field(groupFieldWidth, tr("Group %1").arg(row.hidden->accessibleName()));
+  field->setPlaceholderText(tr("Group"));
   connect(field, &QLineEdit::textEdited, this,
           [binding = view_->groupBinding(row.app.bundleId)](const QString& text) {
             binding.set(text.toStdString());

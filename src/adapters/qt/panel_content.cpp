@@ -1,5 +1,6 @@
 #include "adapters/qt/panel_content.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMouseEvent>
@@ -119,7 +120,7 @@ QPixmap PanelCell::picture() const {
 }
 
 PanelContent::PanelContent(const PanelView& view, QWidget* parent) : QWidget(parent) {
-  setAccessibleName(QStringLiteral("Hidden apps"));
+  setAccessibleName(tr("Hidden apps"));
   int top = inset;
   if (view.sections.empty()) top = addEmptyText(top);
   for (const PanelSection& section : view.sections) {
@@ -146,8 +147,8 @@ QRect PanelContent::reserve(int top, QSize size) {
 }
 
 int PanelContent::addEmptyText(int top) {
-  auto* label =
-      makeLabel(QString::fromUtf8(Metrics::emptyText), scaled(font(), calloutScale), this);
+  auto* label = makeLabel(QCoreApplication::translate("PanelView", Metrics::emptyText),
+                          scaled(font(), calloutScale), this);
   label->setAlignment(Qt::AlignHCenter);
   label->setGeometry(reserve(top, label->sizeHint()));
   return label->geometry().bottom() + 1;

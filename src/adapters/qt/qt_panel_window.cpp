@@ -35,7 +35,7 @@ class PanelWidget : public QWidget {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_AlwaysShowToolTips);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(QStringLiteral("Hidden apps"));
+    setWindowTitle(PanelContent::tr("Hidden apps"));
     scroll_.setFrameShape(QFrame::NoFrame);
     scroll_.viewport()->setAutoFillBackground(false);
     scroll_.setFocusPolicy(Qt::NoFocus);

@@ -196,8 +196,8 @@ std::vector<HotkeyRow> makeHotkeyRows(const GrabKeyboard& grab) {
   const auto row = [&grab](const QString& title, const Name& name) {
     return HotkeyRow{title, new RecorderWidget(name, title, grab)};
   };
-  return {row(QStringLiteral("Open the panel"), Name::togglePanel()),
-          row(QStringLiteral("Show everything briefly"), Name::revealEverything())};
+  return {row(RecorderWidget::tr("Open the panel"), Name::togglePanel()),
+          row(RecorderWidget::tr("Show everything briefly"), Name::revealEverything())};
 }
 
 }  // namespace tarnwick

@@ -17,6 +17,8 @@ using GrabKeyboard =
 
 // A field in the shape of a search field in which a shortcut is recorded.
 class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
+  Q_OBJECT
+
  public:
   RecorderWidget(const KeyboardShortcuts::Name& name, const QString& title, GrabKeyboard grab);
   ~RecorderWidget() override;

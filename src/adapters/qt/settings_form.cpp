@@ -1,5 +1,6 @@
 #include "adapters/qt/settings_form.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPainterPath>
@@ -67,7 +68,8 @@ template <class Style, std::size_t count>
 Picker* makePicker(const QString& title, const StyleInfo<Style> (&styles)[count],
                    std::function<void(Style)> chosen) {
   auto* const picker = new Picker(title);
-  for (const auto& info : styles) picker->addItem(QString::fromUtf8(info.label));
+  for (const auto& info : styles)
+    picker->addItem(QCoreApplication::translate("Preferences", info.label));
   QObject::connect(picker, &QComboBox::currentIndexChanged, picker,
                    [&styles, chosen = std::move(chosen)](int index) {
                      if (index >= 0) chosen(styles[index].style);
@@ -112,20 +114,20 @@ FormButton* SettingsForm::addWarning() {
   row->addSpacing(ringRoom);
   row->addWidget(new WarningTriangle);
   row->addSpacing(triangleSpacing - row->spacing());
-  addNote(row, new Note(QStringLiteral("Tarnwick needs Accessibility access to find and move menu "
-                                       "bar icons."),
+  addNote(row, new Note(tr("Tarnwick needs Accessibility access to find and move menu "
+                           "bar icons."),
                         FormSection::contentWidth - triangleSize.width() - triangleSpacing - 5,
                         Note::Style::normal));
-  auto* const button = new FormButton(QStringLiteral("Open System Settings…"));
+  auto* const button = new FormButton(tr("Open System Settings…"));
   connect(button, &QAbstractButton::clicked, this, [this] { view_->openAccessibilitySettings(); });
   addButton(*warning_, button);
   return button;
 }
 
 void SettingsForm::addPanelSection() {
-  FormSection* const section = addSection(QStringLiteral("Panel"));
+  FormSection* const section = addSection(tr("Panel"));
 
-  const QString columnsTitle = QStringLiteral("Icons per row");
+  const QString columnsTitle = tr("Icons per row");
   columns_ = new NumberField(numberFieldWidth, columnsTitle);
   stepper_ = new Stepper;
   section->addRow(columnsTitle, {columns_, stepper_});
@@ -140,32 +142,32 @@ void SettingsForm::addPanelSection() {
   connect(columns_, &NumberField::stepped, this, step);
   connect(stepper_, &Stepper::stepped, this, step);
 
-  const QString iconTitle = QStringLiteral("Icon style");
+  const QString iconTitle = tr("Icon style");
   iconStyle_ = makePicker<PanelIconStyle>(
       iconTitle, panelIconStyles, [this](PanelIconStyle style) { view_->setIconStyle(style); });
   section->addRow(iconTitle, {iconStyle_});
 
-  const QString handleTitle = QStringLiteral("Menu bar icon");
+  const QString handleTitle = tr("Menu bar icon");
   handleStyle_ =
       makePicker<HandleIconStyle>(handleTitle, handleIconStyles,
                                   [this](HandleIconStyle style) { view_->setHandleStyle(style); });
   section->addRow(handleTitle, {handleStyle_});
 
   auto* const note =
-      new Note(QStringLiteral("Menu bar icons need Screen Recording permission. Grant it in System "
-                              "Settings, then restart Tarnwick."),
+      new Note(tr("Menu bar icons need Screen Recording permission. Grant it in System "
+                  "Settings, then restart Tarnwick."),
                FormSection::contentWidth, Note::Style::callout);
   addNote(section->addRow(), note);
   captureNote_ = note->parentWidget();
 }
 
 void SettingsForm::addSystemIconsSection() {
-  FormSection* const section = addSection(QStringLiteral("Apple menu bar icons"));
+  FormSection* const section = addSection(tr("Apple menu bar icons"));
   addNote(section->addRow(),
-          new Note(QStringLiteral("Wi-Fi, Bluetooth, battery and other Apple icons are managed by "
-                                  "macOS."),
+          new Note(tr("Wi-Fi, Bluetooth, battery and other Apple icons are managed by "
+                      "macOS."),
                    FormSection::contentWidth, Note::Style::secondary));
-  auto* const button = new FormButton(QStringLiteral("Open Menu Bar Settings…"));
+  auto* const button = new FormButton(tr("Open Menu Bar Settings…"));
   connect(button, &QAbstractButton::clicked, this, [this] { view_->openMenuBarSettings(); });
   addButton(*section, button);
 }
@@ -173,13 +175,13 @@ void SettingsForm::addSystemIconsSection() {
 void SettingsForm::addHotkeysSection(const HotkeyRows& rows) {
   const auto made = rows ? rows() : std::vector<HotkeyRow>();
   if (made.empty()) return;
-  FormSection* const section = addSection(QStringLiteral("Hotkeys"));
+  FormSection* const section = addSection(tr("Hotkeys"));
   for (const HotkeyRow& row : made) section->addRow(row.title, {row.recorder});
 }
 
 void SettingsForm::addClosingSection() {
   FormSection* const section = addSection({});
-  launchAtLogin_ = new Switch(QStringLiteral("Launch at login"), Switch::Place::trailing);
+  launchAtLogin_ = new Switch(tr("Launch at login"), Switch::Place::trailing);
   QHBoxLayout* const login = section->addRow();
   login->setContentsMargins(login->contentsMargins() + QMargins(ringRoom, 0, 0, 0));
   login->addWidget(launchAtLogin_);
@@ -190,15 +192,15 @@ void SettingsForm::addClosingSection() {
   version->setTextFormat(Qt::PlainText);
   version->setForegroundRole(QPalette::PlaceholderText);
   version->setContentsMargins(0, 0, ringRoom, 0);
-  section->addRow(QStringLiteral("Version"), {version});
+  section->addRow(tr("Version"), {version});
 
-  auto* const restart = new FormButton(QStringLiteral("Restart Tarnwick"));
+  auto* const restart = new FormButton(tr("Restart Tarnwick"));
   connect(restart, &QAbstractButton::clicked, this, [this] {
     columns_->commit();
     view_->restart();
   });
   addButton(*section, restart);
-  auto* const quit = new FormButton(QStringLiteral("Quit Tarnwick"));
+  auto* const quit = new FormButton(tr("Quit Tarnwick"));
   connect(quit, &QAbstractButton::clicked, this, [this] {
     columns_->commit();
     view_->quit();

@@ -77,8 +77,9 @@ PrivateDesktop::PrivateDesktop(const Parts& parts)
   for (const QString& name : inherited) {
     if (name.startsWith("XDG_") || name.startsWith("DBUS_") || name.startsWith("QT_") ||
         name.startsWith("GTK_") || name.startsWith("GIO_") || name.startsWith("TARNWICK_") ||
-        name == "DISPLAY" || name == "WAYLAND_DISPLAY" || name == "SESSION_MANAGER" ||
-        name == "XAUTHORITY" || name == "DESKTOP_STARTUP_ID" || name == "XMODIFIERS") {
+        name == "LANGUAGE" || name == "DISPLAY" || name == "WAYLAND_DISPLAY" ||
+        name == "SESSION_MANAGER" || name == "XAUTHORITY" || name == "DESKTOP_STARTUP_ID" ||
+        name == "XMODIFIERS") {
       environment_.remove(name);
     }
   }
