@@ -17,7 +17,10 @@ QString clockText(const QDateTime& now, const QLocale& locale, ClockHours hours,
   const QString time =
       locale.toString(now.time(), twelve ? QStringLiteral("h:mm AP") : QStringLiteral("HH:mm"));
   if (!date) return time;
-  return locale.toString(now.date(), QStringLiteral("ddd d MMM")) + QStringLiteral("   ") + time;
+  const QString usual = locale.dateFormat(QLocale::ShortFormat);
+  const bool monthFirst = usual.indexOf(QLatin1Char('M')) < usual.indexOf(QLatin1Char('d'));
+  const QString day = monthFirst ? QStringLiteral("ddd MMM d") : QStringLiteral("ddd d MMM");
+  return locale.toString(now.date(), day) + QStringLiteral("   ") + time;
 }
 
 Clock::Clock(QObject* parent)
