@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QTemporaryDir>
+
 #include "adapters/shortcuts/combination.h"
+#include "adapters/shortcuts/running_desktop.h"
 #include "tests/desktop/harness/desktop_test.h"
 
 namespace tarnwick::shortcuts {
@@ -61,6 +65,11 @@ TEST(SystemShortcuts, ReadWhatEachConfigurationBinds) {
                       "bindcode Mod1+38 nop\nbindsym $mod+c"),
        {{64 | C::shift, "q", 0}, {8, "", 38}}},
       {"i3, damaged", i3Combinations("bindsym\nbindsym ++++ x\nbindcode x+y z\n}\n"), {}},
+      {"lxqt",
+       lxqtCombinations("[General]\nMultipleActionsBehaviour=first\n"
+                        "[Control%2BAlt%2BI.48]\nComment=x\nEnabled=true\n"
+                        "[Super%2BE.1]\r\nEnabled=false\r\n[XF86Calculator.9]\n[%.%2\n"),
+       {{C::control | C::alt, "I", 0}, {0, "XF86Calculator", 0}}},
       {"gsettings",
        gsettingsCombinations("a.b close ['<Primary><alt>F4', '<Super>q']\n"
                              "a.b off @as []\na.b none 'disabled'\na.b empty ['']\n"
@@ -69,6 +78,24 @@ TEST(SystemShortcuts, ReadWhatEachConfigurationBinds) {
       {"gsettings, endless", gsettingsCombinations("a b '" + QByteArray(1 << 20, 'x') + "'"), {}},
   };
   for (const auto& one : cases) EXPECT_EQ(one.read, one.expected) << one.what;
+}
+
+TEST(SystemShortcuts, OfI3HaveWhatItsConfigurationIncludes) {
+  const QTemporaryDir home;
+  const auto config = [&](const QString& name, const QByteArray& text) {
+    const QFileInfo place(home.filePath("i3 x'y/" + name));
+    QFile file(place.filePath());
+    return QDir().mkpath(place.path()) && file.open(QIODevice::WriteOnly) && file.write(text) > 0;
+  };
+  ASSERT_TRUE(config("config",
+                     "set $m Mod4\n include parts/*.conf\ninclude $(echo x)\n"
+                     "bindsym $m+c nop\n"));
+  ASSERT_TRUE(config("parts/1.conf", "bindsym $m+a nop\ninclude ../config\ninclude missing\n"));
+  ASSERT_TRUE(config("parts/2.conf", "bindsym $m+b nop"));
+  QStringList files;
+  EXPECT_EQ(i3Combinations(i3Text(home.filePath("i3 x'y/config"), files)),
+            (Combinations{{64, "a", 0}, {64, "b", 0}, {64, "c", 0}}));
+  EXPECT_EQ(files.size(), 3);
 }
 
 }  // namespace

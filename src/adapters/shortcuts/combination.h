@@ -36,6 +36,7 @@ std::optional<Combination> parseCombination(const QString& text, Notation notati
 Combinations openboxCombinations(const QByteArray& xml);
 Combinations xfceCombinations(const QByteArray& users, const QByteArray& systems);
 Combinations kdeCombinations(const QByteArray& ini);
+Combinations lxqtCombinations(const QByteArray& ini);
 Combinations i3Combinations(const QByteArray& text);
 // Lines of `gsettings list-recursively`.
 Combinations gsettingsCombinations(const QByteArray& lines);

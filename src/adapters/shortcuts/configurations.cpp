@@ -103,6 +103,25 @@ Combinations kdeCombinations(const QByteArray& ini) {
   return all;
 }
 
+// A section for each combination, "[Control%2BAlt%2BT.37]"; the number tells those of one apart.
+Combinations lxqtCombinations(const QByteArray& ini) {
+  static const QRegularExpression section("^\\[(.+)\\.\\d+\\]$");
+  static const QRegularExpression off("^Enabled\\s*=\\s*(false|0)$");
+  Combinations all;
+  QString keys;
+  for (const auto& raw : (ini + "\n[").split('\n')) {
+    const QString line = QString::fromUtf8(raw).trimmed();
+    if (line.startsWith('[')) {
+      add(all, keys, Notation::i3);
+      const auto name = section.match(line).captured(1);
+      keys = QString::fromUtf8(QByteArray::fromPercentEncoding(name.toUtf8()));
+    } else if (off.match(line).hasMatch()) {
+      keys.clear();
+    }
+  }
+  return all;
+}
+
 // Only what holds outside of modes.
 Combinations i3Combinations(const QByteArray& text) {
   static const QRegularExpression space("\\s+");

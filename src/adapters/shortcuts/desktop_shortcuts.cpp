@@ -109,7 +109,7 @@ void DesktopShortcuts::read() {
     QMetaObject::invokeMethod(
         this,
         [this, found] {
-          combinations_ = found->combinations;
+          combinations_ = std::move(found->combinations);
           reading_ = false;
           if (!watcher_.files().isEmpty()) watcher_.removePaths(watcher_.files());
           if (!found->files.isEmpty()) watcher_.addPaths(found->files);

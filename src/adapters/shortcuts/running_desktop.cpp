@@ -1,12 +1,14 @@
 #include "adapters/shortcuts/running_desktop.h"
 
-#include <QDeadlineTimer>
+#include <wordexp.h>
+
 #include <QDir>
-#include <QProcess>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QStandardPaths>
 
 #include "adapters/desktop/file.h"
+#include "adapters/shortcuts/gsettings.h"
 
 namespace tarnwick::shortcuts {
 
@@ -14,8 +16,7 @@ namespace {
 
 constexpr std::size_t largestFile = 1 << 20;
 constexpr qsizetype mostCombinations = 4096;
-constexpr int programDeadline = 3000;  // ms for all that is asked of one program
-constexpr int mostOwnBindings = 64;
+constexpr qsizetype mostFiles = 64;
 
 QByteArray contents(const QString& file) {
   const auto text = desktop::readFile(file.toStdString(), largestFile);
@@ -24,53 +25,6 @@ QByteArray contents(const QString& file) {
 
 QString locate(const QString& name) {
   return QStandardPaths::locate(QStandardPaths::GenericConfigLocation, name);
-}
-
-class Gsettings {
- public:
-  explicit Gsettings(const std::atomic<bool>& stopped) : stopped_(stopped) {}
-
-  // Empty when it fails, says too much or takes too long.
-  QByteArray operator()(const QStringList& arguments) {
-    QProcess process;
-    process.start("gsettings", arguments, QIODevice::ReadOnly);
-    QByteArray output;
-    bool ended = !process.waitForStarted();
-    while (!ended && !stopped_ && !deadline_.hasExpired() &&
-           output.size() <= static_cast<qsizetype>(largestFile)) {
-      ended = process.waitForFinished(50) || process.state() == QProcess::NotRunning;
-      output += process.readAllStandardOutput();
-    }
-    if (ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
-      return output;
-    process.kill();
-    process.waitForFinished(100);
-    return {};
-  }
-
- private:
-  const std::atomic<bool>& stopped_;
-  QDeadlineTimer deadline_{programDeadline};
-};
-
-Combinations readGsettings(const QStringList& schemas, const std::atomic<bool>& stopped) {
-  if (QStandardPaths::findExecutable("gsettings").isEmpty()) return {};
-  static const QRegularExpression ownPath("'(/org/[^']*/custom-keybindings/[^']*)'");
-  Gsettings gsettings(stopped);
-  const auto known = gsettings({"list-schemas"}).split('\n');
-  QByteArray lines;
-  for (const auto& schema : schemas) {
-    if (known.contains(schema.toUtf8())) lines += gsettings({"list-recursively", schema});
-  }
-  auto own = ownPath.globalMatch(QString::fromUtf8(lines));
-  for (int i = 0; i < mostOwnBindings && own.hasNext(); ++i) {
-    lines += "\n- binding " + gsettings({"get",
-                                         "org.gnome.settings-daemon.plugins.media-keys."
-                                         "custom-keybinding:" +
-                                             own.next().captured(1),
-                                         "binding"});
-  }
-  return gsettingsCombinations(lines);
 }
 
 QString openboxFile(const RunningDesktop& desktop) {
@@ -86,6 +40,34 @@ QString openboxFile(const RunningDesktop& desktop) {
 }
 
 }  // namespace
+
+// i3 reads no file twice.
+QByteArray i3Text(const QString& file, QStringList& files) {
+  const QString place = QFileInfo(file).canonicalFilePath();
+  if (place.isEmpty() || files.contains(place) || files.size() == mostFiles) return {};
+  files += place;
+  QByteArray text;
+  for (const auto& line : contents(place).split('\n')) {
+    static const QRegularExpression include("^\\s*include\\s+(\\S.*)$");
+    const auto found = include.match(QString::fromUtf8(line));
+    if (!found.hasMatch()) {
+      text += line + '\n';
+      continue;
+    }
+    QString pattern = found.captured(1).trimmed();
+    if (!QString("/~$").contains(pattern[0])) {
+      const QString folder = QFileInfo(place).path().replace('\'', "'\\''");
+      pattern.prepend('\'' + folder + "/'");
+    }
+    wordexp_t words{};
+    if (wordexp(pattern.toLocal8Bit().constData(), &words, WRDE_NOCMD) == 0) {
+      for (std::size_t i = 0; i < words.we_wordc; ++i)
+        text += i3Text(QString::fromLocal8Bit(words.we_wordv[i]), files);
+    }
+    wordfree(&words);
+  }
+  return text.size() <= static_cast<qsizetype>(largestFile) ? text : QByteArray();
+}
 
 Configuration readConfiguration(const RunningDesktop& desktop, const std::atomic<bool>& stopped) {
   Configuration found;
@@ -104,7 +86,9 @@ Configuration readConfiguration(const RunningDesktop& desktop, const std::atomic
     const QString own = QDir::homePath() + "/.i3/config";
     QString file = locate("i3/config");
     if (file.isEmpty()) file = QFile::exists(own) ? own : "/etc/i3/config";
-    add(i3Combinations(contents(file)), {file});
+    QStringList files;
+    const QByteArray text = i3Text(file, files);
+    add(i3Combinations(text), files);
   }
   if (runs("KDE") || manager == "KWin") {
     const QString file = locate("kglobalshortcutsrc");
@@ -116,18 +100,12 @@ Configuration readConfiguration(const RunningDesktop& desktop, const std::atomic
                                   "xfce4/xfconf/xfce-perchannel-xml/xfce4-keyboard-shortcuts.xml");
     add(xfceCombinations(contents(files.value(0)), contents(files.value(1))), files.mid(0, 2));
   }
-  QStringList schemas;
-  if (runs("X-Cinnamon") || runs("Cinnamon")) {
-    schemas = {"org.cinnamon.desktop.keybindings.wm", "org.cinnamon.desktop.keybindings.media-keys",
-               "org.cinnamon.desktop.keybindings"};
-  } else if (runs("MATE")) {
-    schemas = {"org.mate.Marco.global-keybindings", "org.mate.Marco.window-keybindings",
-               "org.mate.SettingsDaemon.plugins.media-keys"};
-  } else if (runs("GNOME")) {
-    schemas = {"org.gnome.desktop.wm.keybindings", "org.gnome.shell.keybindings",
-               "org.gnome.mutter.keybindings", "org.gnome.settings-daemon.plugins.media-keys"};
+  if (runs("LXQt")) {
+    const QString file = locate("lxqt/globalkeyshortcuts.conf");
+    add(lxqtCombinations(contents(file)), {file});
   }
-  if (!schemas.isEmpty()) add(readGsettings(schemas, stopped), {locate("dconf/user")});
+  // Their file changes all the time with settings of other kinds: not watched.
+  add(readGsettings(desktop.names, stopped), {});
   if (static_cast<qsizetype>(found.combinations.size()) > mostCombinations)
     found.combinations.clear();
   return found;

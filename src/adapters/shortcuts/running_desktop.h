@@ -20,8 +20,11 @@ struct Configuration {
   QStringList files;  // whose changes matter
 };
 
-// Reads files and runs a program for the settings of GNOME and its relatives, so not for the main
+// Reads files and runs programs for the settings of GNOME and its relatives, so not for the main
 // thread. Gives up soon after `stopped` is set.
 Configuration readConfiguration(const RunningDesktop& desktop, const std::atomic<bool>& stopped);
+
+// An i3 configuration with the files that it includes in their places; adds all of them to `files`.
+QByteArray i3Text(const QString& file, QStringList& files);
 
 }  // namespace tarnwick::shortcuts
