@@ -1,5 +1,8 @@
 #include <xcb/xtest.h>
 
+#include <QDir>
+#include <QFile>
+
 #include "bench/desktop/ground.h"
 #include "bench/desktop/sections.h"
 
@@ -38,6 +41,21 @@ void await(const Program& program, const QByteArray& line, int times) {
   }
 }
 
+// 4,096 bindings in 1 MiB, half of them of keys that the keyboard does not have.
+bool writeLargeConfiguration(const PrivateDesktop& desktop) {
+  QByteArray keyboard;
+  for (int i = 0; i < 4096; ++i) {
+    const QByteArray key =
+        i % 2 ? "F" + QByteArray::number(i / 2 % 12 + 1) : "nokey" + QByteArray::number(i);
+    const QByteArray binding = "<keybind key='W-A-" + key + "'><action name='Execute'><command>";
+    keyboard += binding + QByteArray(200 - binding.size(), 'x') + "</command></action></keybind>\n";
+  }
+  QDir(desktop.folder("config")).mkpath("openbox");
+  QFile file(desktop.folder("config") + "/openbox/rc.xml");
+  return file.open(QIODevice::WriteOnly) &&
+         file.write("<openbox_config><keyboard>" + keyboard + "</keyboard></openbox_config>") > 0;
+}
+
 }  // namespace
 
 // A program with shortcuts of its own on the same module and adapters as the utility.
@@ -55,6 +73,19 @@ void shortcuts() {
     registrations.push_back(words.value(1).toDouble() / 1000);
   }
   print({"registration of 100 shortcuts", "ms", "", 1}, registrations);
+
+  if (!writeLargeConfiguration(ground.desktop)) fail("no configuration");
+  std::vector<double> stays;
+  int asked = 0;
+  for (bool read = false; stays.size() < 100;) {
+    probe.write("stay");
+    if (!waitFor([&] { return probe.output().count("stay ") > asked; })) fail("no answer");
+    const auto words = probe.output().trimmed().split('\n').back().split(' ');
+    read = read || words.value(2).toInt() > 2000;
+    if (read) stays.push_back(words.value(1).toDouble() / 1000);
+    if (++asked > 1000) fail("the configuration is not read");
+  }
+  print({"question whether a shortcut is taken", "ms", "50", 2}, stays);
 
   probe.write("set a 40 4352");
   if (!waitFor([&] { return probe.output().contains("a taken"); })) fail("no shortcut");

@@ -103,6 +103,13 @@ class Probe : public QAbstractNativeEventFilter {
       const bool grabbed = hotKeys_.isTakenElsewhere(
           static_cast<std::uint32_t>(shortcut.carbonKeyCode), fromCarbon(shortcut.carbonModifiers));
       say(std::string("desktop") + (configured ? " configured" : "") + (grabbed ? " grabbed" : ""));
+    } else if (verb == "stay") {
+      // Microseconds that the question keeps the main thread, and how much the desktop binds.
+      const auto start = std::chrono::steady_clock::now();
+      system_.isTaken({40, 4352});
+      const auto length = std::chrono::steady_clock::now() - start;
+      say("stay " + std::to_string(length / std::chrono::microseconds(1)) + ' ' +
+          std::to_string(system_.taken().size()));
     } else if (verb == "many") {
       std::size_t count = 0;
       words >> count;
