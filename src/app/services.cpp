@@ -1,8 +1,7 @@
 #include "app/services.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QScreen>
-#include <QWidget>
 #include <utility>
 
 #include "adapters/desktop/json_file.h"
@@ -16,19 +15,15 @@ Services::Services(const QDBusConnection& bus, std::string program)
       bar_(loop_, bus),
       workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier()),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
-      presses_([this](QPoint rootPixels) { return isOurs(rootPixels); }),
+      presses_([this](QPoint rootPixels) { return isOurItem(rootPixels); }),
       loginItem_(QtApplication::identifier, std::move(program)) {}
 
-// A window of ours, or one of our items in the bar.
-bool Services::isOurs(QPoint rootPixels) {
+// Whether one of our items in the bar stands there.
+bool Services::isOurItem(QPoint rootPixels) {
   const QScreen* primary = QGuiApplication::primaryScreen();
   if (!primary) return false;
   const QPoint origin = primary->geometry().topLeft();
   const QPointF points = QPointF(rootPixels - origin) / primary->devicePixelRatio();
-  for (const QWidget* window : QApplication::topLevelWidgets()) {
-    const QRect frame = window->geometry().translated(-origin);
-    if (window->isVisible() && QRectF(frame).contains(points)) return true;
-  }
   return statusBar_.hasItemAt({points.x(), points.y()});
 }
 

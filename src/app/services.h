@@ -50,7 +50,7 @@ class Services {
   const QtApplication& application() const { return application_; }
 
  private:
-  bool isOurs(QPoint rootPixels);
+  bool isOurItem(QPoint rootPixels);
 
   QtMainLoop loop_;
   QtApplication application_;

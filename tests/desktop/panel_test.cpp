@@ -47,6 +47,17 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   EXPECT_TRUE(waitFor([&] { return !desktop.windowFrame("Tarnwick").isEmpty(); }))
       << "a right click opens the settings";
   EXPECT_FALSE(panelIsShown()) << "a Super-click does nothing";
+  const QPoint behind = desktop.windowFrame("Tarnwick").center();
+  const QStringList search{"search", "--onlyvisible", "--name", "^Tarnwick$"};
+  desktop.start("xdotool", search + QStringList("windowminimize")).waitForEnd();
+  ASSERT_TRUE(waitFor([&] {
+    Program& found = desktop.start("xdotool", search);
+    found.waitForEnd();
+    return found.output().isEmpty();
+  }));
+  openPanel();
+  desktop.click(behind);
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press where a window of ours was";
   openPanel();
   desktop.click(bar.itemsOf(parcellite.bundleId).front().frame.center());
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "a press on another's item closes it";

@@ -16,17 +16,34 @@ namespace {
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
 
-std::optional<QPoint> pointerPlace() {
+struct Pointer {
+  QPoint place;
+  bool overOurs = false;  // a window made by this program
+};
+
+// Goes down the windows that the pointer is really over. A client's window mostly lies in a frame
+// of the window manager's.
+std::optional<Pointer> pointer() {
+  constexpr int deepest = 16;
   xcb_connection_t* const connection = server();
-  const Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
-      connection, xcb_query_pointer(connection, rootOf(connection)), nullptr));
-  if (!reply) return std::nullopt;
-  return QPoint(reply->root_x, reply->root_y);
+  const auto* const setup = xcb_get_setup(connection);
+  std::optional<Pointer> pointer;
+  xcb_window_t window = rootOf(connection);
+  for (int depth = 0; window != XCB_WINDOW_NONE && depth < deepest; ++depth) {
+    const Reply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(connection, xcb_query_pointer(connection, window), nullptr));
+    if (!reply) break;
+    window = reply->child;
+    const bool ours = (window & ~setup->resource_id_mask) == setup->resource_id_base;
+    pointer = {{reply->root_x, reply->root_y}, ours};
+    if (ours) break;
+  }
+  return pointer;
 }
 
 }  // namespace
 
-RawPresses::RawPresses(std::function<bool(QPoint)> isOurs) : isOurs_(std::move(isOurs)) {
+RawPresses::RawPresses(std::function<bool(QPoint)> isOurItem) : isOurItem_(std::move(isOurItem)) {
   qApp->installNativeEventFilter(this);
 }
 
@@ -67,8 +84,8 @@ bool RawPresses::nativeEventFilter(const QByteArray& type, void* message, qintpt
   if (generic->event_type != XCB_INPUT_RAW_BUTTON_PRESS) return false;
   const auto* press = static_cast<const xcb_input_raw_button_press_event_t*>(message);
   if (press->detail != leftButton && press->detail != rightButton) return false;
-  const auto place = pointerPlace();
-  if (place && !isOurs_(*place)) listeners_.notify();
+  const auto now = pointer();
+  if (now && !now->overOurs && !isOurItem_(now->place)) listeners_.notify();
   return false;
 }
 

@@ -12,9 +12,9 @@ namespace tarnwick::x11 {
 // raw events of XInput 2.2. Nothing is grabbed or swallowed. Watches only while somebody listens.
 class RawPresses : public EventMonitors, public QAbstractNativeEventFilter {
  public:
-  // `isOurs` tells whether a place of the root window, in device pixels, is ours: presses there are
-  // not reported.
-  explicit RawPresses(std::function<bool(QPoint)> isOurs);
+  // Presses over windows of this program are not reported, nor those at places of the root window,
+  // in device pixels, of which `isOurItem` says so.
+  explicit RawPresses(std::function<bool(QPoint)> isOurItem);
   ~RawPresses() override;
 
   Registration addGlobalPressMonitor(std::function<void()> callback) override;
@@ -24,7 +24,7 @@ class RawPresses : public EventMonitors, public QAbstractNativeEventFilter {
  private:
   void select(bool on);
 
-  std::function<bool(QPoint)> isOurs_;
+  std::function<bool(QPoint)> isOurItem_;
   CallbackList listeners_;
   int listening_ = 0;
   std::shared_ptr<int> alive_ = std::make_shared<int>();
