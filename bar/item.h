@@ -45,6 +45,10 @@ class Item : public QObject {
   virtual void paint(QPainter& painter, const QRectF& cell, double scale,
                      const QColor& foreground) = 0;
 
+  // False while paint() has nothing of the item's own to draw because its owner has not given it
+  // yet.
+  virtual bool hasPicture() const { return true; }
+
   // Nothing of it is to be seen: it takes room, but the bar shows through and gives no feedback.
   virtual bool isBlank() const { return false; }
 

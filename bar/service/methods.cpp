@@ -95,6 +95,10 @@ void MenuBarService::render(const QDBusMessage& message, qint32) {
       frame->height <= 0) {
     return invalid(message, QStringLiteral("Sides are 1 to %1 pixels").arg(maximumRender));
   }
+  if (!item->hasPicture()) {
+    return fail(message, QStringLiteral("org.tarnwick.MenuBar1.Error.NoPicture"),
+                QStringLiteral("The item's icon is not there yet"));
+  }
   const double scale = height / frame->height;
   QImage image(static_cast<int>(width), static_cast<int>(height),
                QImage::Format_ARGB32_Premultiplied);

@@ -84,6 +84,7 @@ bool SniItem::updateIcons() {
   if (p.status == SniStatus::needsAttention) add(p.attention, p.iconThemePath, pid_);
   add(p.icon, p.iconThemePath, pid_);
   if (showsIcon_) add({applicationIcon_, {}}, {}, 0);
+  namesIcon_ = !candidates.empty();
   const bool iconChanged = icon_.update(shared_->icons, candidates);
   candidates.clear();
   add(p.overlay, p.iconThemePath, pid_);

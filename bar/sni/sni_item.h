@@ -41,6 +41,7 @@ class SniItem : public Item {
 
   ItemRecord record() const override;
   QString key() const override { return key_; }
+  bool hasPicture() const override { return !showsIcon_ || namesIcon_; }
   double length() const override { return length_; }
   void paint(QPainter& painter, const QRectF& cell, double scale,
              const QColor& foreground) override;
@@ -95,6 +96,7 @@ class SniItem : public Item {
   QPoint wheel_;  // not passed on yet
   int pendingCalls_ = 0;
   bool noActivate_ = false;  // the owner knows no Activate
+  bool namesIcon_ = false;   // it or its application does; the icon may still not be found
   bool showsIcon_ = true;
   bool isReady_ = false;
 };

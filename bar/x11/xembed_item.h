@@ -27,6 +27,7 @@ class XembedItem : public Item {
   ItemRecord record() const override;
   QString key() const override;
   double length() const override;
+  bool hasPicture() const override { return icon_ && !icon_->picture().isNull(); }
   void paint(QPainter& painter, const QRectF& cell, double scale,
              const QColor& foreground) override;
   void placed(const QRectF& cell) override;

@@ -91,5 +91,27 @@ TEST_F(CaptureTest, MissingPictureIsTakenInAShortReveal) {
   EXPECT_EQ(pictureOf(parcellite).size(), old.size());
 }
 
+TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsNotPictured) {
+  startBar();
+  const struct {
+    Program& client;
+    const char* hint;
+    const char* gives;  // what makes it give one
+  } cases[] = {
+      {desktop.start("fake_xembed_client", {"--colour=0"}), "FakeXembed", "colour ffcc2222"},
+      {desktop.start("fake_sni_client", {"--icon-size", "0"}), "fake-sni", "icon-name x"}};
+  for (const auto& [client, hint, gives] : cases) {
+    SCOPED_TRACE(hint);
+    ASSERT_TRUE(waitFor([&] { return bar.find(hint).has_value(); })) << row();
+    const auto error = [&, id = bar.find(hint)->id] {
+      bar.call("Render", {QVariant::fromValue<qulonglong>(id), 8U, 8U});
+      return bar.error();
+    };
+    EXPECT_EQ(error(), "org.tarnwick.MenuBar1.Error.NoPicture");
+    client.write(gives);
+    EXPECT_TRUE(waitFor([&] { return error().isEmpty(); }));
+  }
+}
+
 }  // namespace
 }  // namespace tarnwick::test
