@@ -269,6 +269,12 @@ TEST_F(ActivationTest, StoppedOrDyingClientsLeaveNothingBehind) {
   client.thaw();
 
   openMenu();
+  client.write("status Passive");
+  EXPECT_TRUE(waitFor([&] { return !menuIsOpen(); })) << "it goes with its item";
+  client.write("status Active");
+  ASSERT_TRUE(waitFor([&] { return hidden(fake); })) << row();
+
+  openMenu();
   client.kill();
   EXPECT_TRUE(waitFor([&] { return !menuIsOpen(); })) << "it goes with its owner";
   EXPECT_TRUE(utility->running());

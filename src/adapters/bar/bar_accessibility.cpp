@@ -36,6 +36,16 @@ std::optional<AXValue> itemAttribute(const BarItem& item, std::string_view name)
 
 }  // namespace
 
+BarAccessibility::BarAccessibility(BarConnection& bar, BarSnapshots& snapshots)
+    : bar_(bar), snapshots_(snapshots) {
+  // An item can be withdrawn by an owner that lives on.
+  QObject::connect(&menus_, &ItemMenus::itemsChanged, &menus_, [this] {
+    bar_.call(QStringLiteral("Items"), {}, &menus_, [this](const QDBusMessage& reply) {
+      if (const auto items = parseBarItems(reply)) menus_.keepOnly(*items);
+    });
+  });
+}
+
 bool BarAccessibility::isProcessTrusted() {
   return bar_.hasAccess(barservice::accessibility);
 }

@@ -18,8 +18,7 @@ namespace tarnwick {
 // no read waits for an owner.
 class BarAccessibility : public Accessibility {
  public:
-  BarAccessibility(BarConnection& bar, BarSnapshots& snapshots)
-      : bar_(bar), snapshots_(snapshots) {}
+  BarAccessibility(BarConnection& bar, BarSnapshots& snapshots);
 
   bool isProcessTrusted() override;
   bool isProcessTrusted(bool prompt) override;

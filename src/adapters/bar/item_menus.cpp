@@ -10,6 +10,8 @@
 #include <chrono>
 #include <utility>
 
+#include "adapters/bar/bar_protocol.h"
+
 namespace tarnwick {
 
 namespace {
@@ -97,6 +99,7 @@ ItemMenus::OpenMenu* ItemMenus::find(std::uint64_t item, const MenuClient* clien
 
 void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
   closeAll();
+  listen(true);
   OpenMenu& menu = menus_[item.id];
   menu.owner = item.busName;
   owners_.addWatchedService(menu.owner);
@@ -194,6 +197,7 @@ std::optional<ItemMenus::OpenMenu> ItemMenus::end(std::uint64_t item) {
   auto node = menus_.extract(item);
   if (node.empty()) return std::nullopt;
   owners_.removeWatchedService(node.mapped().owner);
+  if (menus_.empty()) listen(false);
   node.mapped().ended.notify();
   return std::move(node.mapped());
 }
@@ -204,6 +208,28 @@ void ItemMenus::onOwnerGone(const QString& owner) {
     if (auto ended = end(menu->first)) retire(std::move(ended->client));
     return;
   }
+}
+
+void ItemMenus::keepOnly(const std::vector<BarItem>& items) {
+  std::vector<std::uint64_t> gone;
+  for (const auto& menu : menus_) {
+    const auto isItem = [&](const BarItem& item) { return item.id == menu.first; };
+    if (std::none_of(items.begin(), items.end(), isItem)) gone.push_back(menu.first);
+  }
+  for (const auto item : gone) {
+    if (auto ended = end(item)) retire(std::move(ended->client));
+  }
+}
+
+// Only while a menu is open: the signal would wake this process up at other times.
+void ItemMenus::listen(bool on) {
+  auto bus = QDBusConnection::sessionBus();
+  const auto change = on ? qOverload<const QString&, const QString&, const QString&, const QString&,
+                                     QObject*, const char*>(&QDBusConnection::connect)
+                         : qOverload<const QString&, const QString&, const QString&, const QString&,
+                                     QObject*, const char*>(&QDBusConnection::disconnect);
+  (bus.*change)({}, barservice::path, barservice::interface, QStringLiteral("ItemsChanged"), this,
+                SIGNAL(itemsChanged()));
 }
 
 // What is under way is sent to its end. Callers may stand in one of the client's own callbacks.

@@ -43,9 +43,15 @@ class ItemMenus : public QObject {
   // Calls `ended` once, when the item's open menu ends in any way. Empty when it has none.
   Registration watch(std::uint64_t item, std::function<void()> ended);
   bool isOpen(std::uint64_t item) const { return menus_.contains(item); }
+  // Ends the menus of items that are not among these.
+  void keepOnly(const std::vector<BarItem>& items);
 
   // The menu entry with that id, 0 for the menu itself, when the owner has answered; else nullptr.
   const MenuEntry* entry(std::uint64_t item, int id) const;
+
+ signals:
+  // The bar has other items now, and a menu is open.
+  void itemsChanged();
 
  private:
   struct OpenMenu {
@@ -65,6 +71,7 @@ class ItemMenus : public QObject {
   // Takes the menu out of the open ones.
   std::optional<OpenMenu> end(std::uint64_t item);
   void onOwnerGone(const QString& owner);
+  void listen(bool on);
   void retire(std::unique_ptr<MenuClient> client);
 
   std::map<std::uint64_t, OpenMenu> menus_;
