@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDBusArgument>
+#include <QPointer>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -55,12 +56,13 @@ void BarWindowCapture::request() {
   if (!preflight()) bar_.requestAccess(barservice::screenCapture);
 }
 
-// The callback goes to whoever comes first, the answer or the deadline.
+// The callback goes to whoever comes first, the answer or the deadline. A silent bar is not asked
+// for more, so that a run of questions ends with the first deadline.
 template <class T>
 void BarWindowCapture::ask(const QString& method, const QVariantList& arguments,
                            std::function<std::optional<T>(const QDBusMessage&)> parse,
                            std::function<void(std::optional<T>)> callback) {
-  if (!bar_.isPresent()) {
+  if (!bar_.isPresent() || silent_) {
     loop_.post([callback = std::move(callback)] { callback(std::nullopt); });
     return;
   }
@@ -74,10 +76,15 @@ void BarWindowCapture::ask(const QString& method, const QVariantList& arguments,
     waiting->timer.reset();
     if (const auto once = std::exchange(waiting->callback, nullptr)) once(std::move(value));
   };
-  waiting->timer = loop_.callAfter(deadline, [deliver] { deliver(std::nullopt); });
-  bar_.call(
-      method, arguments, this,
-      [deliver, parse = std::move(parse)](const QDBusMessage& reply) { deliver(parse(reply)); });
+  waiting->timer = loop_.callAfter(deadline, [deliver, self = QPointer(this)] {
+    if (self) self->silent_ = true;
+    deliver(std::nullopt);
+  });
+  bar_.call(method, arguments, this,
+            [this, deliver, parse = std::move(parse)](const QDBusMessage& reply) {
+              silent_ = false;
+              deliver(parse(reply));
+            });
 }
 
 void BarWindowCapture::windows(
