@@ -7,6 +7,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
+#include <QPixmap>
 #include <QXmlStreamReader>
 
 namespace tarnwick {
@@ -113,6 +114,14 @@ QImage readPictureFile(const QString& path, int side) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return {};
   return readPicture(file.read(maximumBytes + 1), side);
+}
+
+QIcon namedIcon(const QString& nameOrPath) {
+  constexpr int side = 128;
+  if (nameOrPath.isEmpty()) return {};
+  if (!nameOrPath.startsWith(u'/')) return QIcon::fromTheme(nameOrPath);
+  const QImage image = readPictureFile(nameOrPath, side);
+  return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
 }
 
 }  // namespace tarnwick

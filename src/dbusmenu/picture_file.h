@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIcon>
 #include <QImage>
 #include <QString>
 
@@ -13,5 +14,9 @@ QImage readPicture(const QByteArray& bytes, int side);
 
 // The same from a file; only a regular file is opened, so that it cannot block.
 QImage readPictureFile(const QString& path, int side);
+
+// An icon as desktop entries name it: by a name in the icon theme or the path of a picture, which
+// has at most 128 pixels then. Null when there is none.
+QIcon namedIcon(const QString& nameOrPath);
 
 }  // namespace tarnwick

@@ -100,8 +100,8 @@ void PanelCell::paintEvent(QPaintEvent*) {
     const int side = static_cast<int>(iconSide_);
     QRect target(0, 0, side, side);
     target.moveCenter(rect().center());
-    const auto picture = iconOf(*themed).pixmap(target.size(), devicePixelRatioF());
-    painter.drawPixmap(target, picture);
+    if (!icon_) icon_ = iconOf(*themed);
+    painter.drawPixmap(target, icon_->pixmap(target.size(), devicePixelRatioF()));
   }
 }
 

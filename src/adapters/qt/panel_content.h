@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QIcon>
 #include <QWidget>
+#include <optional>
 
 #include "panel/panel_view.h"
 
@@ -29,6 +31,7 @@ class PanelCell : public QAbstractButton {
 
   const PanelSection::Entry entry_;
   const double iconSide_;
+  std::optional<QIcon> icon_;  // once it is drawn
 };
 
 // The panel's view laid out by its measures: its own size is the fitting one. Immutable.

@@ -3,13 +3,13 @@
 #include <QIcon>
 #include <QString>
 
+#include "dbusmenu/picture_file.h"
 #include "platform/workspace.h"
 
 namespace tarnwick {
 
 inline QIcon iconOf(const ThemeIcon& icon) {
-  const QString name = QString::fromStdString(icon.name);
-  return name.startsWith(QLatin1Char('/')) ? QIcon(name) : QIcon::fromTheme(name);
+  return namedIcon(QString::fromStdString(icon.name));
 }
 
 }  // namespace tarnwick
