@@ -68,8 +68,12 @@ TEST_F(AutostartTest, EntryCountsAsTheSessionWouldReadIt) {
 TEST_F(AutostartTest, RegisteringWritesAndRemovesTheUsersEntry) {
   AutostartEntry item(id, "/bin/sh");
   EXPECT_TRUE(item.unregisterItem()) << "there is none";
-  writeFile(userEntry, head + "Hidden=true\n");
+  const fs::path linked = folder.path() / "linked";
+  writeFile(linked, head + "Hidden=true\n");
+  fs::create_directories(userEntry.parent_path());
+  fs::create_symlink("../../linked", userEntry);
   EXPECT_TRUE(item.registerItem());
+  EXPECT_TRUE(fs::is_symlink(userEntry)) << "written through";
   EXPECT_TRUE(item.isEnabled());
   EXPECT_EQ(std::distance(fs::directory_iterator(userEntry.parent_path()), {}), 1);
   EXPECT_TRUE(item.unregisterItem());

@@ -133,9 +133,13 @@ bool AutostartEntry::write(const std::string& text) const {
   const fs::path folder = ownFolder();
   std::error_code error;
   fs::create_directories(folder, error);
+  const auto replace = [&](const fs::path& file) {
+    return replaceFile(file, file.string() + "." + std::to_string(getpid()), text, 0644);
+  };
+  // Users keep such files elsewhere and link to them; a link to what is not theirs gives way.
   const fs::path file = folder / fileName_;
-  const std::string temporary = file.string() + "." + std::to_string(getpid());
-  return replaceFile(file, temporary, text, 0644);
+  const fs::path target = linkTarget(file);
+  return replace(target) || (target != file && replace(file));
 }
 
 }  // namespace tarnwick::desktop

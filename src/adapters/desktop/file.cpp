@@ -10,6 +10,8 @@
 
 namespace tarnwick::desktop {
 
+namespace fs = std::filesystem;
+
 UniqueFd::~UniqueFd() {
   if (fd_ >= 0) close(fd_);
 }
@@ -38,6 +40,17 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit) 
   struct stat info {};
   if (!fd || fstat(fd.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
   return readAll(fd.get(), limit);
+}
+
+fs::path linkTarget(fs::path file) {
+  constexpr int mostLinks = 40;
+  std::error_code error;
+  for (int i = 0; i < mostLinks && fs::is_symlink(fs::symlink_status(file, error)); ++i) {
+    const fs::path next = fs::read_symlink(file, error);
+    if (error) break;
+    file = file.parent_path() / next;
+  }
+  return file;
 }
 
 bool writeAll(int fd, std::string_view bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,9 @@ std::optional<std::string> readAll(int fd, std::size_t limit);
 
 // The same for a path; absent also when it is no regular file. Never waits for a writer.
 std::optional<std::string> readFile(const std::string& path, std::size_t limit);
+
+// The file that a chain of symbolic links names, whether it exists or not.
+std::filesystem::path linkTarget(std::filesystem::path file);
 
 bool writeAll(int fd, std::string_view bytes);
 

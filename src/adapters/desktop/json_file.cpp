@@ -29,7 +29,6 @@ namespace {
 constexpr std::size_t kMaxBytes = 16 << 20;
 constexpr int kMaxDepth = 64;
 constexpr auto kLockWait = 500ms;
-constexpr int kMaxLinks = 40;
 constexpr int kMaxDamaged = 1000;
 
 enum class State { good, missing, damaged, unsettled, unreadable };
@@ -117,17 +116,6 @@ Contents load(const fs::path& file, JsonRoot root, std::chrono::nanoseconds sett
   }
   contents.state = bad;
   return contents;
-}
-
-// The file a chain of symbolic links names, whether it exists or not.
-fs::path linkTarget(fs::path file) {
-  std::error_code error;
-  for (int i = 0; i < kMaxLinks && fs::is_symlink(fs::symlink_status(file, error)); ++i) {
-    const fs::path next = fs::read_symlink(file, error);
-    if (error) break;
-    file = file.parent_path() / next;
-  }
-  return file;
 }
 
 fs::path withSuffix(const fs::path& file, const std::string& suffix) {
