@@ -58,8 +58,16 @@ PrivacyWindow::PrivacyWindow(AccessStore& store) : store_(store) {
   connect(askAgain, &QPushButton::clicked, this, &PrivacyWindow::askAgainClicked);
   all->addWidget(askAgain, 0, Qt::AlignLeft);
 
+  failure_ = new QLabel(tr("The change could not be saved."));
+  failure_->hide();
+  all->addWidget(failure_);
+
   connect(&store_, &AccessStore::changed, this, &PrivacyWindow::fill);
   fill();
+}
+
+void PrivacyWindow::tell(bool saved) {
+  failure_->setVisible(!saved);
 }
 
 void PrivacyWindow::fill() {
@@ -119,7 +127,7 @@ QWidget* PrivacyWindow::row(const std::string& executable, Capability capability
   auto* const revoke = new QPushButton(tr("Revoke"));
   revoke->setAccessibleDescription(path + QStringLiteral(": ") + purpose(capability));
   connect(revoke, &QPushButton::clicked, this,
-          [this, executable, capability] { store_.revoke(executable, capability); });
+          [this, executable, capability] { tell(store_.revoke(executable, capability)); });
 
   auto* const text = new QVBoxLayout;
   text->setSpacing(1);

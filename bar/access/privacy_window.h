@@ -5,6 +5,7 @@
 
 #include "bar/access/access_store.h"
 
+class QLabel;
 class QVBoxLayout;
 
 namespace tarnwick::bar {
@@ -25,10 +26,13 @@ class PrivacyWindow : public QWidget {
 
  private:
   void fill();
+  // Whether the last change was saved.
+  void tell(bool saved);
   QWidget* row(const std::string& executable, Capability capability);
 
   AccessStore& store_;
   QVBoxLayout* rows_ = nullptr;
+  QLabel* failure_ = nullptr;
 };
 
 }  // namespace tarnwick::bar

@@ -129,7 +129,18 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
 
   // What was granted is taken back where it is listed.
   const auto revoke = tree->find("tarnwick-bar", "Revoke", button);
-  ASSERT_TRUE(revoke && tree->doAction(*revoke, tree->actions(*revoke).indexOf("Press")));
+  ASSERT_TRUE(revoke.has_value());
+  const auto takeBack = [&] {
+    return tree->doAction(*revoke, tree->actions(*revoke).indexOf("Press"));
+  };
+  const QString lock = desktop.folder("config") + "/tarnwick-bar/access.json.lock";
+  ASSERT_TRUE(QFile::remove(lock) && QDir().mkdir(lock));
+  ASSERT_TRUE(takeBack());
+  EXPECT_TRUE(waitFor([&] {
+    return shownControl("The change could not be saved.", "label", "tarnwick-bar").has_value();
+  }));
+  ASSERT_TRUE(QDir().rmdir(lock));
+  ASSERT_TRUE(takeBack());
   ASSERT_TRUE(waitFor([&] {
     press("Rescan", button);
     return shownControl("Open System Settings…", button).has_value();
