@@ -98,6 +98,14 @@ TEST_F(UtilityTest, WithoutScreenCaptureThePanelMovesAndAsksNothing) {
   EXPECT_EQ(boundaryLengths().size(), shown);
 }
 
+TEST_F(UtilityTest, BarThatGivesNoPicturesIsAskedForOneInAPass) {
+  scripted->granted.insert("screen-capture");
+  scripted->unanswered = {"Render"};
+  desktop.start("tarnwick");
+  ASSERT_TRUE(waitFor([&] { return scripted->drags() > 0 && passEnded(); }));
+  EXPECT_EQ(std::count(scripted->calls.begin(), scripted->calls.end(), "Render"), 1);
+}
+
 TEST_F(UtilityTest, ItemThatVanishesDuringItsDragEndsNothing) {
   scripted->onPointerEvent = [&](const ScriptedBar::PointerEvent& event) {
     if (event.kind == 2) {

@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Duration deadline = 2s;  // for a bar that is stopped or gone
+constexpr Duration pauseAfterSilence = 1s;
 constexpr uint largestSide = 4096;
 
 // The answer to Render: width, height, premultiplied red, green, blue, alpha.
@@ -57,12 +58,12 @@ void BarWindowCapture::request() {
 }
 
 // The callback goes to whoever comes first, the answer or the deadline. A silent bar is not asked
-// for more, so that a run of questions ends with the first deadline.
+// for more in that second, so that a run of questions ends with the first deadline.
 template <class T>
 void BarWindowCapture::ask(const QString& method, const QVariantList& arguments,
                            std::function<std::optional<T>(const QDBusMessage&)> parse,
                            std::function<void(std::optional<T>)> callback) {
-  if (!bar_.isPresent() || silent_) {
+  if (!bar_.isPresent() || loop_.now() < blockedUntil_) {
     loop_.post([callback = std::move(callback)] { callback(std::nullopt); });
     return;
   }
@@ -77,12 +78,12 @@ void BarWindowCapture::ask(const QString& method, const QVariantList& arguments,
     if (const auto once = std::exchange(waiting->callback, nullptr)) once(std::move(value));
   };
   waiting->timer = loop_.callAfter(deadline, [deliver, self = QPointer(this)] {
-    if (self) self->silent_ = true;
+    if (self) self->blockedUntil_ = self->loop_.now() + pauseAfterSilence;
     deliver(std::nullopt);
   });
   bar_.call(method, arguments, this,
             [this, deliver, parse = std::move(parse)](const QDBusMessage& reply) {
-              silent_ = false;
+              blockedUntil_ = {};
               deliver(parse(reply));
             });
 }

@@ -35,7 +35,7 @@ class BarWindowCapture : public QObject, public WindowCapture {
 
   MainLoop& loop_;
   BarConnection& bar_;
-  bool silent_ = false;  // the bar has let a deadline pass and has not answered since
+  Duration blockedUntil_{};  // nothing is asked before: the bar has let a deadline pass
   CallbackList accessChanged_;
 };
 

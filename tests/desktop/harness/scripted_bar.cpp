@@ -65,7 +65,7 @@ void ScriptedBar::announceApplication(qint32 pid) {
 bool ScriptedBar::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
   calls.push_back(message.member());
   const QVariantList values = answer(message);
-  if (message.isReplyRequired()) {
+  if (message.isReplyRequired() && !unanswered.contains(message.member())) {
     connection.send(message.createReply(values));
   }
   return true;

@@ -30,6 +30,7 @@ class ScriptedBar : public QDBusVirtualObject {
 
   BarItems foreign;
   std::set<QString> granted{"accessibility"};
+  std::set<QString> unanswered;  // methods
   // Called with every event that was posted, after it was put into `events`.
   std::function<void(const PointerEvent&)> onPointerEvent;
 
