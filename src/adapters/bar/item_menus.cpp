@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QGuiApplication>
+#include <QInputEvent>
 #include <QScreen>
 #include <QStringList>
 #include <QTimer>
@@ -100,6 +101,7 @@ ItemMenus::OpenMenu* ItemMenus::find(std::uint64_t item, const MenuClient* clien
 void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
   closeAll();
   listen(true);
+  time_ = 0;
   OpenMenu& menu = menus_[item.id];
   menu.owner = item.busName;
   owners_.addWatchedService(menu.owner);
@@ -172,7 +174,7 @@ void ItemMenus::choose(std::uint64_t item, int entry) {
   // Owners may number their entries anew at any time.
   const auto id = menu->shown && root ? presentId(*menu->shown, *root, entry) : entry;
   if (id) {
-    menu->client->click(*id, menu->asked, 0);
+    menu->client->click(*id, menu->asked, time_);
   } else {
     closeFromTheInside(*menu->client, menu->asked);
   }
@@ -221,8 +223,19 @@ void ItemMenus::keepOnly(const std::vector<BarItem>& items) {
   }
 }
 
+// What an owner opens for an entry may come to the front by the time of its choice.
+bool ItemMenus::eventFilter(QObject*, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
+      event->type() == QEvent::KeyPress) {
+    time_ = static_cast<quint32>(static_cast<QInputEvent*>(event)->timestamp());
+  }
+  return false;
+}
+
 // Only while a menu is open: the signal would wake this process up at other times.
 void ItemMenus::listen(bool on) {
+  qApp->removeEventFilter(this);
+  if (on) qApp->installEventFilter(this);
   auto bus = QDBusConnection::sessionBus();
   const auto change = on ? qOverload<const QString&, const QString&, const QString&, const QString&,
                                      QObject*, const char*>(&QDBusConnection::connect)

@@ -49,6 +49,8 @@ class ItemMenus : public QObject {
   // The menu entry with that id, 0 for the menu itself, when the owner has answered; else nullptr.
   const MenuEntry* entry(std::uint64_t item, int id) const;
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  signals:
   // The bar has other items now, and a menu is open.
   void itemsChanged();
@@ -76,6 +78,7 @@ class ItemMenus : public QObject {
 
   std::map<std::uint64_t, OpenMenu> menus_;
   QDBusServiceWatcher owners_;
+  quint32 time_ = 0;  // X server's time of the user's latest event while a menu is open
 };
 
 }  // namespace tarnwick
