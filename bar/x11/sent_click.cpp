@@ -17,8 +17,9 @@ constexpr auto pressToRelease = 30ms;
 constexpr xcb_timestamp_t pressLength = 30;  // ms
 constexpr auto lookInterval = 100ms;
 constexpr int looksForMenu = 3;
-constexpr auto slowLookInterval = 500ms;  // at a menu that stays open
-constexpr int maxLooks = 600;             // five minutes
+constexpr auto slowLookInterval = 500ms;  // at a menu that stays open, or for one that is late
+constexpr int looksForLateMenu = 8;
+constexpr int maxLooks = 600;  // five minutes
 constexpr int maxNesting = 8;
 constexpr std::uint8_t sameScreen = 2;  // bit of crossing events
 
@@ -52,7 +53,7 @@ SentClick::SentClick(xcb_window_t icon, TraySelection& selection)
       press();
     } else if (phase_ == Phase::pressed) {
       release();
-    } else if (phase_ == Phase::watchingMenu) {
+    } else {
       watchMenu();
     }
     xcb_flush(connection());
@@ -65,8 +66,13 @@ SentClick::~SentClick() {
   if (phase_ == Phase::entered || phase_ == Phase::watchingMenu) sendCrossing(XCB_LEAVE_NOTIFY);
 }
 
+bool SentClick::makeReady() {
+  if (phase_ == Phase::left) end();
+  return phase_ == Phase::idle;
+}
+
 void SentClick::start(std::uint8_t button, std::uint16_t state) {
-  if (isRunning()) return;
+  if (!makeReady()) return;
   phase_ = Phase::askingTime;
   button_ = button;
   state_ = state;
@@ -78,7 +84,7 @@ void SentClick::start(std::uint8_t button, std::uint16_t state) {
 
 void SentClick::turnWheel(std::uint8_t button, int notches) {
   selection_.withServerTime([self = QPointer(this), button, notches](xcb_timestamp_t time) {
-    if (!self || self->isRunning()) return;
+    if (!self || !self->makeReady()) return;
     self->button_ = button;
     self->time_ = time;
     self->findTarget();
@@ -93,9 +99,13 @@ void SentClick::turnWheel(std::uint8_t button, int notches) {
 }
 
 void SentClick::cancel() {
-  if (phase_ == Phase::askingTime || phase_ == Phase::entered) return leave();
+  if (phase_ == Phase::askingTime || phase_ == Phase::entered) {
+    leave();
+    return end();
+  }
   if (phase_ == Phase::pressed) release();
   if (phase_ == Phase::watchingMenu) sendEscape();
+  if (phase_ == Phase::left) end();
   xcb_flush(connection());
 }
 
@@ -126,16 +136,24 @@ void SentClick::watchMenu() {
   const bool open = isPointerHeldElsewhere();
   menuSeen_ = menuSeen_ || open;
   ++looks_;
-  if (open ? looks_ < maxLooks : !menuSeen_ && looks_ < looksForMenu) {
+  // The pointer does not stay over an icon that opens nothing: it would show its tool tip.
+  if (!menuSeen_ && looks_ == looksForMenu) leave();
+  if (open ? looks_ < maxLooks : !menuSeen_ && looks_ < looksForLateMenu) {
     timer_.start(looks_ < looksForMenu ? lookInterval : slowLookInterval);
   } else {
     leave();
+    end();
   }
 }
 
 void SentClick::leave() {
+  const Phase before = std::exchange(phase_, Phase::left);
+  if (before != Phase::askingTime && before != Phase::left) sendCrossing(XCB_LEAVE_NOTIFY);
+}
+
+void SentClick::end() {
   timer_.stop();
-  if (std::exchange(phase_, Phase::idle) != Phase::askingTime) sendCrossing(XCB_LEAVE_NOTIFY);
+  phase_ = Phase::idle;
   xcb_flush(connection());
   emit finished();
 }

@@ -10,7 +10,8 @@
 namespace tarnwick::bar::x11 {
 
 // A click sent to an embedded icon as if the pointer were over it: enter, press, release, and leave
-// once the menu it opened is gone. Goes on by timers; the pointer stays where it is.
+// once the menu it opened is gone. A menu that comes late is waited for after the leave. Goes on by
+// timers; the pointer stays where it is.
 class SentClick : public QObject {
   Q_OBJECT
 
@@ -19,7 +20,8 @@ class SentClick : public QObject {
   // Lets go of a button that is still pressed.
   ~SentClick() override;
 
-  bool isRunning() const { return phase_ != Phase::idle; }
+  // Ends a wait for a late menu. False while a click is under way.
+  bool makeReady();
   // `button` as X numbers them, `state` the core modifier bits. Ignored while one is under way.
   void start(std::uint8_t button, std::uint16_t state = 0);
   // Notches of a wheel (`button` 4 to 7), sent at once.
@@ -32,13 +34,14 @@ class SentClick : public QObject {
   void finished();
 
  private:
-  enum class Phase : std::uint8_t { idle, askingTime, entered, pressed, watchingMenu };
+  enum class Phase : std::uint8_t { idle, askingTime, entered, pressed, watchingMenu, left };
 
   void enter(xcb_timestamp_t time);
   void press();
   void release();
   void watchMenu();
   void leave();
+  void end();
   void findTarget();
   void sendCrossing(std::uint8_t type);
   void sendButton(std::uint8_t type, std::uint16_t state, xcb_timestamp_t time);

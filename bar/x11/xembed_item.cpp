@@ -127,7 +127,7 @@ void XembedItem::scrolled(QPoint angleDelta) {
 }
 
 void XembedItem::press(QPointF anchor) {
-  if (!icon_ || !icon_->isShown() || click_->isRunning()) return;
+  if (!icon_ || !icon_->isShown() || !click_->makeReady()) return;
   lent_ = true;
   const double scale = bar_.devicePixelRatioF();
   const int side = icon_->side();

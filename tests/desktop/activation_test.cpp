@@ -148,7 +148,10 @@ TEST_F(ActivationTest, IconsWithoutAReadableMenuOpenTheirOwnBelowTheEntry) {
   for (int i = 0; i < 2; ++i) {
     SCOPED_TRACE(programs[i]->name().toStdString());
     const auto before = windows(programs[i]->name());
+    programs[i]->freeze();
     const QPoint entry = pressEntry(i, 2);
+    letPass(500ms);  // a client that is late
+    programs[i]->thaw();
     ASSERT_TRUE(waitFor([&] { return !popupsOf(programs[i]->pid()).empty(); }));
     const QRect opened = popupsOf(programs[i]->pid()).front().frame;
     EXPECT_TRUE(belowTheBar.contains(opened));

@@ -128,6 +128,8 @@ TEST_F(XEmbedTest, PressClicksTheIconOnScreenAndLeavesItWhereItWas) {
     icon.write("title clicked");
     EXPECT_TRUE(waitFor([&] { return item("clicked").has_value(); })) << row();
     EXPECT_EQ(icon.output().count("button"), 2) << said(icon);
+    bar.press(item("clicked")->id);
+    EXPECT_TRUE(waitFor([&] { return lines(icon, each.release) == 2; })) << "while a menu may come";
     icon.kill();
     EXPECT_TRUE(program.terminate());
   }
