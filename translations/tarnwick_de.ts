@@ -315,5 +315,9 @@ seit %2</translation>
         <source>Revoke</source>
         <translation>Zurücknehmen</translation>
     </message>
+    <message>
+        <source>The change could not be saved.</source>
+        <translation>Die Änderung konnte nicht gesichert werden.</translation>
+    </message>
 </context>
 </TS>

@@ -315,5 +315,9 @@ desde %2</translation>
         <source>Revoke</source>
         <translation>Retirar</translation>
     </message>
+    <message>
+        <source>The change could not be saved.</source>
+        <translation>No se ha podido guardar el cambio.</translation>
+    </message>
 </context>
 </TS>

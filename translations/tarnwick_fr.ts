@@ -315,5 +315,9 @@ depuis le %2</translation>
         <source>Revoke</source>
         <translation>Retirer</translation>
     </message>
+    <message>
+        <source>The change could not be saved.</source>
+        <translation>La modification n’a pas pu être enregistrée.</translation>
+    </message>
 </context>
 </TS>

@@ -315,5 +315,9 @@ since %2</source>
         <source>Revoke</source>
         <translation>取り消す</translation>
     </message>
+    <message>
+        <source>The change could not be saved.</source>
+        <translation>変更を保存できませんでした。</translation>
+    </message>
 </context>
 </TS>
