@@ -183,15 +183,16 @@ FormButton::FormButton(const QString& label, QWidget* parent) : QPushButton(labe
 }
 
 QSize FormButton::sizeHint() const {
-  return {fontMetrics().horizontalAdvance(text()) + 2 * (buttonPadding + ringRoom),
-          controlHeight(*this) + 2 * ringRoom};
+  const int width = fontMetrics().horizontalAdvance(text()) + 2 * (buttonPadding + ringRoom);
+  return {std::max(width, minimumWidth()), controlHeight(*this) + 2 * ringRoom};
 }
 
 void FormButton::paintEvent(QPaintEvent*) {
   const Tones tones = tonesOf(palette());
   QPainter painter(this);
-  paintShape(painter, *this, fillOf(tones, *this, isDown()));
-  painter.setPen(tones.text);
+  const QColor accent = isDown() || underMouse() ? tones.accentPressed : tones.accent;
+  paintShape(painter, *this, isProminent_ ? accent : fillOf(tones, *this, isDown()));
+  painter.setPen(isProminent_ ? tones.onAccent : tones.text);
   painter.drawText(shapeOf(*this), Qt::AlignCenter | Qt::TextSingleLine, text());
   paintRingIfFocused(painter, *this, tones);
 }

@@ -50,11 +50,16 @@ class FormButton : public QPushButton {
 
  public:
   explicit FormButton(const QString& label, QWidget* parent = nullptr);
+  // Filled with the accent: the choice that Return makes.
+  void setProminent() { isProminent_ = true; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  bool isProminent_ = false;
 };
 
 // One of a few choices.

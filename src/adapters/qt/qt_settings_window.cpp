@@ -1,11 +1,11 @@
 #include "adapters/qt/qt_settings_window.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QScreen>
 #include <QScrollArea>
-#include <QShortcut>
 #include <algorithm>
 #include <optional>
 
@@ -41,7 +41,11 @@ class SettingsWidget : public QWidget {
     scroll_.setWidgetResizable(true);
     scroll_.setWidget(form_);
     form_->setAutoFillBackground(false);
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    connect(addKeyedAction(QStringLiteral("Close Window"),
+                           QKeySequence::keyBindings(QKeySequence::Close)),
+            &QAction::triggered, this, &QWidget::close);
+    connect(addKeyedAction(QStringLiteral("Quit Tarnwick"), {Qt::CTRL | Qt::Key_Q}),
+            &QAction::triggered, form_, &SettingsForm::quit);
     observer_ = view_->onChanged([this] { form_->sync(); });
 
     const int fitting = std::min(form_->sizeHint().height(), freeArea().height() * 9 / 10);
@@ -86,6 +90,13 @@ class SettingsWidget : public QWidget {
   static QRect freeArea() {
     const QScreen* const screen = QGuiApplication::primaryScreen();
     return screen ? screen->availableGeometry() : QRect();
+  }
+  // What the window answers to; a recorder in it knows these for taken.
+  QAction* addKeyedAction(const QString& title, const QList<QKeySequence>& keys) {
+    auto* const action = new QAction(title, this);
+    action->setShortcuts(keys);
+    addAction(action);
+    return action;
   }
   QPoint centred() const { return freeArea().center() - rect().center(); }
 

@@ -1,13 +1,13 @@
 #include "adapters/qt/recorder_widget.h"
 
 #include <QApplication>
-#include <QMessageBox>
 #include <QPainter>
-#include <QPushButton>
 #include <algorithm>
 #include <utility>
 
+#include "adapters/qt/alert_box.h"
 #include "adapters/qt/form_painting.h"
+#include "adapters/qt/keyed_actions.h"
 #include "adapters/qt/tones.h"
 
 namespace tarnwick {
@@ -16,36 +16,6 @@ namespace {
 
 constexpr qreal cancelSide = 14;
 constexpr qreal cancelMargin = 6;
-
-// Deletes itself with the window, or when the registration goes.
-Registration presentBox(QWidget* window, const Alert& alert, std::function<void(int)> answered) {
-  auto* const box =
-      new QMessageBox(QMessageBox::Warning, QStringLiteral("Tarnwick"),
-                      QString::fromStdString(alert.title), QMessageBox::NoButton, window);
-  box->setTextFormat(Qt::PlainText);
-  box->setInformativeText(QString::fromStdString(alert.message));
-  for (const auto& button : alert.buttons) {
-    box->addButton(QString::fromStdString(button),
-                   box->buttons().isEmpty() ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
-  }
-  if (alert.buttons.empty()) box->addButton(QMessageBox::Ok);
-  auto* const first = qobject_cast<QPushButton*>(box->buttons().first());
-  box->setDefaultButton(first);
-  box->setEscapeButton(first);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setWindowModality(Qt::WindowModal);
-  QObject::connect(
-      box, &QDialog::finished, window,
-      [box = QPointer(box), first, answered = std::move(answered)] {
-        const bool second = box && box->clickedButton() && box->clickedButton() != first;
-        answered(second ? alertSecondButton : alertFirstButton);
-      },
-      Qt::QueuedConnection);
-  box->open();
-  return Registration([box = QPointer(box)] {
-    if (box) box->deleteLater();
-  });
-}
 
 }  // namespace
 
@@ -82,9 +52,16 @@ void RecorderWidget::show(const KeyboardShortcuts::RecorderAppearance& appearanc
   update();
 }
 
+// An alert that has just gone may still be what is active: then the focus comes with the window.
 void RecorderWidget::makeFirstResponder() {
   window()->activateWindow();
   setFocus(Qt::OtherFocusReason);
+  awaitsWindow_ = !hasFocus();
+}
+
+void RecorderWidget::resignFirstResponder() {
+  awaitsWindow_ = false;
+  clearFocus();
 }
 
 void RecorderWidget::beep() {
@@ -92,12 +69,11 @@ void RecorderWidget::beep() {
 }
 
 Registration RecorderWidget::present(const Alert& alert, std::function<void(int)> answered) {
-  return presentBox(window(), alert, std::move(answered));
+  return presentAlert(*window(), alert, std::move(answered));
 }
 
-// The application has no menus of its own that answer to keys.
 KeyedMenu RecorderWidget::mainMenu() {
-  return {};
+  return keyedMenu(window()->actions());
 }
 
 bool RecorderWidget::eventFilter(QObject* watched, QEvent* event) {
@@ -123,15 +99,17 @@ void RecorderWidget::showEvent(QShowEvent* event) {
 
 void RecorderWidget::hideEvent(QHideEvent* event) {
   recorder_.endRecording();
-  clearFocus();
+  resignFirstResponder();
   Field::hideEvent(event);
 }
 
 void RecorderWidget::focusInEvent(QFocusEvent* event) {
   Field::focusInEvent(event);
   const auto reason = event->reason();
+  const bool wanted = std::exchange(awaitsWindow_, false);
   const bool byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-  if (reason == Qt::ActiveWindowFocusReason || (byKeyboard && !recorder_.canBecomeKeyView())) {
+  if ((reason == Qt::ActiveWindowFocusReason && !wanted) ||
+      (byKeyboard && !recorder_.canBecomeKeyView())) {
     clearFocus();
   } else {
     recorder_.becomeFirstResponder();

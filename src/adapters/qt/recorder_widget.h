@@ -39,7 +39,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
  private:
   void show(const KeyboardShortcuts::RecorderAppearance& appearance) override;
   void makeFirstResponder() override;
-  void resignFirstResponder() override { clearFocus(); }
+  void resignFirstResponder() override;
   void beep() override;
   Registration present(const Alert& alert, std::function<void(int)> answered) override;
   KeyedMenu mainMenu() override;
@@ -49,6 +49,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   KeyboardShortcuts::RecorderAppearance appearance_;
   Registration keyboard_;
   QPointer<QWidget> window_;
+  bool awaitsWindow_ = false;  // the focus is wanted as soon as the window is active
   KeyboardShortcuts::RecorderCocoa recorder_;
 };
 

@@ -2,15 +2,13 @@
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
-#include <QPainter>
-#include <QPainterPath>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "adapters/qt/slim_scroll_bar.h"
-#include "adapters/qt/tones.h"
+#include "adapters/qt/warning_triangle.h"
 
 namespace tarnwick {
 
@@ -20,28 +18,9 @@ constexpr int sideMargin = 20;
 constexpr int topMargin = 20;
 constexpr int sectionSpacing = 22;
 constexpr int numberFieldWidth = 48;
-constexpr QSize triangleSize(20, 18);
+constexpr int triangleHeight = 18;
 constexpr int triangleSpacing = 10;
 constexpr int noteMargin = 10;  // above and below text that wraps
-
-// "exclamationmark.triangle"
-class WarningTriangle : public QWidget {
- public:
-  WarningTriangle() { setFixedSize(triangleSize); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPen pen(tonesOf(palette()).warning, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    painter.setPen(pen);
-    painter.drawPolygon(QPolygonF{QPointF(10, 1.5), QPointF(18.6, 16.5), QPointF(1.4, 16.5)});
-    pen.setWidthF(1.8);
-    painter.setPen(pen);
-    painter.drawLine(QPointF(10, 6.8), QPointF(10, 10.8));
-    painter.drawPoint(QPointF(10, 13.8));
-  }
-};
 
 void addNote(QHBoxLayout* row, Note* note) {
   row->setContentsMargins(row->contentsMargins() + QMargins(ringRoom,
@@ -112,11 +91,12 @@ FormButton* SettingsForm::addWarning() {
   warning_ = addSection({});
   QHBoxLayout* const row = warning_->addRow();
   row->addSpacing(ringRoom);
-  row->addWidget(new WarningTriangle);
+  auto* const triangle = new WarningTriangle(triangleHeight);
+  row->addWidget(triangle);
   row->addSpacing(triangleSpacing - row->spacing());
   addNote(row, new Note(tr("Tarnwick needs Accessibility access to find and move menu "
                            "bar icons."),
-                        FormSection::contentWidth - triangleSize.width() - triangleSpacing - 5,
+                        FormSection::contentWidth - triangle->width() - triangleSpacing - 5,
                         Note::Style::normal));
   auto* const button = new FormButton(tr("Open System Settings…"));
   connect(button, &QAbstractButton::clicked, this, [this] { view_->openAccessibilitySettings(); });
@@ -201,11 +181,13 @@ void SettingsForm::addClosingSection() {
   });
   addButton(*section, restart);
   auto* const quit = new FormButton(tr("Quit Tarnwick"));
-  connect(quit, &QAbstractButton::clicked, this, [this] {
-    columns_->commit();
-    view_->quit();
-  });
+  connect(quit, &QAbstractButton::clicked, this, &SettingsForm::quit);
   addButton(*section, quit);
+}
+
+void SettingsForm::quit() {
+  columns_->commit();
+  view_->quit();
 }
 
 void SettingsForm::sync() {

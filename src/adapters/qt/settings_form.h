@@ -30,6 +30,8 @@ class SettingsForm : public QWidget {
 
   // Shows the present state.
   void sync();
+  // Ends the program, after taking what is being typed.
+  void quit();
 
  private:
   FormSection* addSection(const QString& header);

@@ -31,6 +31,8 @@ Tones tonesOf(const QPalette& palette) {
   tones.track = mix(tones.card, text, dark ? 0.30F : 0.26F);
   tones.knob = Qt::white;
   tones.accent = palette.color(QPalette::Active, QPalette::Highlight);
+  tones.accentPressed = mix(tones.accent, Qt::black, 0.14F);
+  tones.onAccent = palette.color(QPalette::Active, QPalette::HighlightedText);
   tones.scroller = mix(ground, text, 0.30F);
   tones.warning = dark ? QColor(0xff, 0xb3, 0x40) : QColor(0xd9, 0x7b, 0x00);
   return tones;

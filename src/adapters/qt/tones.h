@@ -19,6 +19,8 @@ struct Tones {
   QColor track;  // of a switch that is off
   QColor knob;
   QColor accent;
+  QColor accentPressed;
+  QColor onAccent;  // of text on it
   QColor scroller;
   QColor warning;
 };
