@@ -119,6 +119,13 @@ TEST_F(RecorderTest, ChecksInOrderAndStoresWhatIsForced) {
   EXPECT_EQ(appearance.text, "F12");
 }
 
+TEST_F(RecorderTest, FollowsWhatAnotherOneRecordsForTheSameName) {
+  std::string otherText = "none", foreignText = "none";
+  const auto shownIn = [](std::string& text) {
+    return RecordingField([&text](const RecorderAppearance& shown) { text = shown.text; });
+  };
+}
+
 TEST_F(RecorderTest, AClickWellOutsideEndsIt) {
   recorder.becomeFirstResponder();
   recorder.mouseUp({-3, 27}, {130, 24});

@@ -6,7 +6,10 @@
 namespace tarnwick::test {
 namespace {
 
+using State = AccessibleTree::State;
+
 constexpr auto panelRow = "Open the panel";
+constexpr auto revealRow = "Show everything briefly";
 constexpr auto panelKey = "KeyboardShortcuts_togglePanel";
 
 // The settings' section of shortcuts, typed into.
@@ -18,12 +21,15 @@ class RecorderTest : public StatusDesktopTest {
     grantUtility();
     startBar();
     startUtility();
-    Program& second = desktop.start("tarnwick");
-    ASSERT_TRUE(second.waitForEnd());
-    ASSERT_TRUE(waitFor([&] { return !frame().isEmpty(); }));
+    open();
   }
 
-  QRect frame() { return desktop.windowFrame("Tarnwick"); }
+  void open() {
+    Program& second = desktop.start("tarnwick");
+    ASSERT_TRUE(second.waitForEnd());
+    ASSERT_TRUE(waitFor([&] { return isOpen(); }));
+  }
+  bool isOpen() { return !desktop.windowFrame("Tarnwick").isEmpty(); }
   bool panelIsShown() { return !desktop.windowFrame("Hidden apps").isEmpty(); }
   void keys(const QString& name) {
     ASSERT_TRUE(desktop.start("xdotool", {"key", name}).waitForEnd());
@@ -34,29 +40,39 @@ class RecorderTest : public StatusDesktopTest {
   }
   bool stored() { return desktop.readDefaults().contains(panelKey); }
 
-  // Scrolls the field into sight and clicks on it.
+  // As a screen reader is told.
+  bool isRecording(const QString& title) {
+    const auto field = tree->find("tarnwick", title, "text");
+    return field && tree->has(*field, State::focused) &&
+           tree->descriptionOf(*field) == "Press Shortcut";
+  }
+  bool waitForRecording(const QString& title, bool expected = true) {
+    return waitFor([&] { return isRecording(title) == expected; });
+  }
+  QRect place(const QString& title) { return scrollToSetting(desktop, *tree, title, "text"); }
   void record(const QString& title) {
-    QRect place;
-    ASSERT_TRUE(waitFor([&] {
-      const auto field = tree->find("tarnwick", title, "text");
-      if (!field) return false;
-      place = tree->frameOf(*field);
-      if (frame().contains(place)) return true;
-      desktop.click(frame().center(), place.bottom() > frame().bottom() ? 5 : 4);
-      return false;
-    }));
-    desktop.click(place.center() - QPoint(place.width() / 4, 0));
-    ASSERT_TRUE(waitFor([&] {
-      const auto field = tree->find("tarnwick", title, "text");
-      return field && tree->has(*field, AccessibleTree::State::focused);
-    }));
+    desktop.click(place(title).center() - QPoint(30, 0));
+    ASSERT_TRUE(waitForRecording(title));
+  }
+
+  // An alert that has the keyboard, and its buttons.
+  bool waitForAlert(const QString& title) {
+    return waitFor([&] {
+      const auto alert = tree->find("tarnwick", title, "dialog");
+      return alert && tree->has(*alert, State::active);
+    });
+  }
+  std::optional<Accessible> button(const QString& label) {
+    return tree->find("tarnwick", label, "push button");
   }
 
   std::unique_ptr<AccessibleTree> tree;
 };
 
 TEST_F(RecorderTest, RecordsWhatMayBeAShortcutAndClearsIt) {
+  keys("F6");
   record(panelRow);
+  EXPECT_EQ(shownIn(panelRow) + shownIn(revealRow), "") << "none had begun by itself";
   keys("k");
   keys("F5");
   ASSERT_TRUE(waitFor([&] { return shownIn(panelRow) == "F5"; })) << qPrintable(shownIn(panelRow));
@@ -73,13 +89,99 @@ TEST_F(RecorderTest, RecordsWhatMayBeAShortcutAndClearsIt) {
   keys("Escape");
   EXPECT_FALSE(panelIsShown());
   EXPECT_EQ(shownIn(panelRow), "F5");
-  record(panelRow);
-  keys("BackSpace");
+  const QRect field = place(panelRow);
+  desktop.click(QPoint(field.right() - 16, field.center().y()));  // its clear button
   EXPECT_TRUE(waitFor([&] { return shownIn(panelRow).isEmpty() && !stored(); }));
+  ASSERT_TRUE(waitForRecording(panelRow));
   keys("super+Down");
   EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌘↓"; }));
   keys("super+Down");
   EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+}
+
+TEST_F(RecorderTest, GivesTheKeyboardBackToAnotherProgramAndTheShortcutsWorkThere) {
+  startClients({copyq});
+  ASSERT_TRUE(hide(copyq));
+  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(copyq); })) << row();
+  record(revealRow);
+  keys("ctrl+F9");
+  ASSERT_TRUE(waitFor([&] { return shownIn(revealRow) == "⌃F9"; }));
+  record(panelRow);
+  desktop.start("copyq", {"show"});
+  ASSERT_TRUE(waitFor([&] {
+    Program& active = desktop.start("xdotool", {"getactivewindow", "getwindowname"});
+    active.waitForEnd();
+    return active.output().contains("CopyQ");
+  }));
+  ASSERT_TRUE(waitForRecording(panelRow, false));
+  keys("ctrl+F9");
+  EXPECT_TRUE(waitFor([&] { return shown(copyq) && boundaryLength() == 2; })) << row();
+  EXPECT_EQ(shownIn(panelRow), "");
+}
+
+TEST_F(RecorderTest, AsksAboutWhatIsTaken) {
+  // Control + super + K.
+  Program& holder = desktop.start("fake_key_holder", {"xi2", "45", "68"});
+  ASSERT_TRUE(waitFor([&] { return holder.output() == "held\n"; }));
+  const auto taken = "This shortcut is already used by the system.";
+  const struct {
+    const char* keys;
+    const char* title;
+    bool canBeForced;
+    const char* answer;  // a key that is not to force it
+  } cases[] = {
+      {"ctrl+w", "This shortcut cannot be used because it belongs to the menu item “Close Window”.",
+       false, "Return"},
+      {"ctrl+q",
+       "This shortcut cannot be used because it belongs to the menu item “Quit Tarnwick”.", false,
+       "Escape"},
+      {"alt+F4", taken, true, "Return"},  // the window manager's
+      {"ctrl+super+k", taken, true, "Escape"},
+  };
+  record(panelRow);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.keys);
+    keys(c.keys);
+    ASSERT_TRUE(waitForAlert(c.title));
+    EXPECT_TRUE(button("OK"));
+    EXPECT_EQ(button("Use Anyway").has_value(), c.canBeForced);
+    EXPECT_FALSE(isRecording(panelRow));
+    keys(c.answer);
+    ASSERT_TRUE(waitForRecording(panelRow));
+    EXPECT_FALSE(stored());
+  }
+  keys("ctrl+super+k");
+  ASSERT_TRUE(waitForAlert(taken));
+  desktop.click(tree->frameOf(*button("Use Anyway")).center());
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘K" && stored(); }));
+  EXPECT_FALSE(isRecording(panelRow));
+}
+
+TEST_F(RecorderTest, EndsWhenTheFocusGoesAndWithItsWindow) {
+  record(panelRow);
+  const QRect field = place(panelRow);  // with 3 points around it for the ring
+  desktop.click(QPoint(field.left() + 1, field.center().y()));
+  desktop.click(QPoint(field.left() + 1, field.center().y()), 3);
+  keys("F5");
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "F5"; }));
+  record(panelRow);
+  desktop.click(QPoint(field.left() - 3, field.center().y()));
+  EXPECT_TRUE(waitForRecording(panelRow, false));
+  record(panelRow);
+  keys("Tab");
+  EXPECT_TRUE(waitForRecording(revealRow));
+  EXPECT_FALSE(isRecording(panelRow));
+  record(panelRow);
+  EXPECT_FALSE(isRecording(revealRow));
+  const auto window = tree->find("tarnwick", "Tarnwick", "frame");
+  ASSERT_TRUE(window);
+  desktop.click(tree->frameOf(*window).topRight() + QPoint(-10, -10));  // its close button
+  ASSERT_TRUE(waitFor([&] { return !isOpen(); }));
+  keys("F5");
+  EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+  open();
+  EXPECT_EQ(shownIn(panelRow), "F5");
+  EXPECT_FALSE(isRecording(panelRow));
 }
 
 }  // namespace

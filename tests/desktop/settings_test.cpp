@@ -53,16 +53,8 @@ class SettingsTest : public StatusDesktopTest {
 
   // Scrolls the form until the control is in sight and clicks on it.
   void press(const QString& name, const QString& role) {
-    QRect place;
-    ASSERT_TRUE(waitFor([&] {
-      const auto control = tree->find("tarnwick", name, role);
-      if (!control) return false;
-      place = tree->frameOf(*control);
-      const QRect window = frame();
-      if (window.contains(place)) return true;
-      desktop.click(window.center(), place.bottom() > window.bottom() ? 5 : 4);
-      return false;
-    })) << qPrintable(name);
+    const QRect place = scrollToSetting(desktop, *tree, name, role);
+    ASSERT_FALSE(place.isEmpty()) << qPrintable(name);
     desktop.click(place.center());
   }
   void xdotool(const QStringList& arguments) {
@@ -239,8 +231,8 @@ TEST_F(SettingsTest, LoginSwitchWritesAnAutostartEntryAndShowsTheRealState) {
   EXPECT_FALSE(isChecked("Launch at login"));
 }
 
-TEST_F(SettingsTest, ClosedWindowComesBackWhereItWas) {
-  startUtility();
+TEST_F(SettingsTest, WindowAnswersToKeysAndComesBackWhereItWas) {
+  Program& utility = startUtility();
   open();
   const QRect centred = frame();
   EXPECT_EQ(centred.size(), QSize(460, 640));
@@ -259,6 +251,9 @@ TEST_F(SettingsTest, ClosedWindowComesBackWhereItWas) {
     open();
     EXPECT_TRUE(waitFor([&] { return frame() == moved; })) << round;
   }
+  keys({"ctrl+q"});
+  EXPECT_TRUE(utility.waitForEnd());
+  EXPECT_EQ(utility.exitCode(), 0);
 }
 
 TEST_F(SettingsTest, FollowsLightAndDark) {

@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QDialog>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QPointer>
 #include <utility>
 
@@ -59,6 +60,11 @@ class AlertBox : public QDialog {
   int answer() const { return answer_; }
 
  protected:
+  // The ground that the controls are made for.
+  void paintEvent(QPaintEvent*) override {
+    QPainter(this).fillRect(rect(), tonesOf(palette()).card);
+  }
+
   void showEvent(QShowEvent* event) override {
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

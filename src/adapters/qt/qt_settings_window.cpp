@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
+#include <QMainWindow>
 #include <QScreen>
 #include <QScrollArea>
 #include <algorithm>
@@ -21,11 +22,11 @@ constexpr int windowWidth = 460;
 constexpr int leastHeight = 380;
 constexpr int greatestHeight = 640;
 
-class SettingsWidget : public QWidget {
+class SettingsWidget : public QMainWindow {
  public:
   SettingsWidget(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows)
-      : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                             Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
+      : QMainWindow(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                 Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
         view_(std::move(view)),
         form_(new SettingsForm(view_, hotkeyRows)) {
     setWindowTitle(QStringLiteral("Tarnwick"));
@@ -44,8 +45,9 @@ class SettingsWidget : public QWidget {
     connect(addKeyedAction(QStringLiteral("Close Window"),
                            QKeySequence::keyBindings(QKeySequence::Close)),
             &QAction::triggered, this, &QWidget::close);
-    connect(addKeyedAction(QStringLiteral("Quit Tarnwick"), {Qt::CTRL | Qt::Key_Q}),
-            &QAction::triggered, form_, &SettingsForm::quit);
+    connect(
+        addKeyedAction(QStringLiteral("Quit Tarnwick"), {QKeySequence(QStringLiteral("Ctrl+Q"))}),
+        &QAction::triggered, form_, &SettingsForm::quit);
     observer_ = view_->onChanged([this] { form_->sync(); });
 
     const int fitting = std::min(form_->sizeHint().height(), freeArea().height() * 9 / 10);
@@ -78,12 +80,12 @@ class SettingsWidget : public QWidget {
       view_->refreshLaunchAtLogin();
       form_->sync();
     }
-    QWidget::changeEvent(event);
+    QMainWindow::changeEvent(event);
   }
 
   bool event(QEvent* event) override {
     if (event->type() == QEvent::ApplicationPaletteChange) takePalette();
-    return QWidget::event(event);
+    return QMainWindow::event(event);
   }
 
  private:

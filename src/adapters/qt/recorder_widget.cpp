@@ -82,9 +82,12 @@ bool RecorderWidget::eventFilter(QObject* watched, QEvent* event) {
   } else if (watched == window_ && event->type() == QEvent::WindowActivate) {
     recorder_.preventBecomingKey();
   } else if (event->type() == QEvent::MouseButtonRelease && watched->isWidgetType()) {
-    const auto position = mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition());
-    recorder_.mouseUp({position.x(), position.y()},
-                      {static_cast<double>(width()), static_cast<double>(height())});
+    const auto* const release = static_cast<QMouseEvent*>(event);
+    const QRectF shape = shapeOf(*this);
+    const QPointF position = mapFromGlobal(release->globalPosition()) - shape.topLeft();
+    if (release->button() == Qt::LeftButton || release->button() == Qt::RightButton) {
+      recorder_.mouseUp({position.x(), position.y()}, {shape.width(), shape.height()});
+    }
   }
   return false;
 }

@@ -121,6 +121,10 @@ std::optional<Accessible> AccessibleTree::find(const QString& application, const
   return std::nullopt;
 }
 
+QString AccessibleTree::descriptionOf(const Accessible& object) {
+  return property(object.busName, object.path, accessibleInterface, "Description");
+}
+
 QRect AccessibleTree::frameOf(const Accessible& object) {
   constexpr uint ofTheScreen = 0;
   const QVariantList reply =
@@ -153,6 +157,21 @@ QStringList AccessibleTree::actions(const Accessible& object) {
 
 bool AccessibleTree::doAction(const Accessible& object, int index) {
   return call(object.busName, object.path, actionInterface, "DoAction", {index}).value(0).toBool();
+}
+
+QRect scrollToSetting(PrivateDesktop& desktop, AccessibleTree& tree, const QString& name,
+                      const QString& role) {
+  QRect place;
+  const bool inSight = waitFor([&] {
+    const auto control = tree.find("tarnwick", name, role);
+    if (!control) return false;
+    place = tree.frameOf(*control);
+    const QRect window = desktop.windowFrame("Tarnwick");
+    if (window.contains(place)) return true;
+    desktop.click(window.center(), place.bottom() > window.bottom() ? 5 : 4);
+    return false;
+  });
+  return inSight ? place : QRect();
 }
 
 }  // namespace tarnwick::test

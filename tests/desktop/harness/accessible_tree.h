@@ -35,8 +35,15 @@ class AccessibleTree {
   std::optional<Accessible> find(const QString& application, const QString& name,
                                  const QString& role = {});
 
+  QString descriptionOf(const Accessible& object);
   QRect frameOf(const Accessible& object);  // on the screen, in pixels
-  enum class State : std::uint8_t { checked = 4, enabled = 8, focused = 12, showing = 25 };
+  enum class State : std::uint8_t {
+    active = 1,
+    checked = 4,
+    enabled = 8,
+    focused = 12,
+    showing = 25
+  };
   bool has(const Accessible& object, State state);
 
   QStringList actions(const Accessible& object);
@@ -53,5 +60,10 @@ class AccessibleTree {
 
   std::unique_ptr<QDBusConnection> bus_;
 };
+
+// Scrolls the utility's settings until a control is wholly in sight. Where it is then; empty when
+// it does not come.
+QRect scrollToSetting(PrivateDesktop& desktop, AccessibleTree& tree, const QString& name,
+                      const QString& role);
 
 }  // namespace tarnwick::test
