@@ -1,6 +1,7 @@
 // The main job on a virtual desktop with real applications of both tray protocols: two of them are
-// hidden, one is brought back, the panel is opened. Prints every item's place at each step, leaves
-// pictures in the folder given (default "out") and fails when an item is not where it should be.
+// hidden, one is brought back, the panel is opened, a shortcut is recorded and used. Prints every
+// item's place at each step, leaves pictures in the folder given (default "out") and fails when an
+// item is not where it should be.
 
 #include <signal.h>
 
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "tests/desktop/harness/accessible_tree.h"
 #include "tests/desktop/harness/bar_proxy.h"
 #include "tests/desktop/harness/private_desktop.h"
 #include "tests/desktop/harness/wait.h"
@@ -50,6 +52,10 @@ class Demo {
   bool showCache();
   bool showPanel(const QString& style);
   bool showSettings();
+  bool showShortcuts();
+  // Clicks on the recorder in that row of the settings and types into it.
+  bool record(const QString& row, const QString& keys);
+  void press(const QString& keys) { desktop_.start("xdotool", {"key", keys}).waitForEnd(); }
   bool await(const std::function<bool()>& condition) {
     return waitFor([&] { return interrupted != 0 || condition(); }) && interrupted == 0;
   }
@@ -58,6 +64,7 @@ class Demo {
   QString folder_;
   PrivateDesktop desktop_;
   std::unique_ptr<BarProxy> bar_;
+  std::unique_ptr<AccessibleTree> tree_;
   BarItems last_;
   int step_ = 0;
 };
@@ -69,6 +76,7 @@ bool Demo::start() {
   }
   desktop_.grant(QCoreApplication::applicationFilePath(), {"accessibility"});
   desktop_.grant(PrivateDesktop::pathOf("tarnwick"), {"accessibility", "screen-capture"});
+  tree_ = std::make_unique<AccessibleTree>(desktop_);
   desktop_.start("tarnwick-bar");
   bar_ = std::make_unique<BarProxy>(desktop_.bus());
   if (!await([&] { return bar_->running(); })) {
@@ -167,6 +175,41 @@ bool Demo::showSettings() {
   return opened;
 }
 
+bool Demo::record(const QString& row, const QString& keys) {
+  desktop_.click(scrollToSetting(desktop_, *tree_, row, "text").center());
+  const bool recording = await([&] {
+    const auto field = tree_->find("tarnwick", row, "text");
+    return field && tree_->has(*field, AccessibleTree::State::focused);
+  });
+  if (recording) press(keys);
+  return recording;
+}
+
+bool Demo::showShortcuts() {
+  const QString row = "Open the panel", taken = "This shortcut is already used by the system.";
+  const auto panel = [&](bool shown) {
+    return await([&] { return desktop_.windowFrame("Hidden apps").isEmpty() != shown; });
+  };
+  const bool recorded = record(row, "super+Down") && await([&] {
+                          const auto field = tree_->find("tarnwick", row, "text");
+                          return field && field->text == QStringLiteral("⌘↓");
+                        });
+  out_ << "\n" << ++step_ << ". Super + Down recorded for the panel, and pressed\n\n";
+  press("super+Down");
+  const bool opened = recorded && panel(true);
+  letPass(std::chrono::milliseconds(300));  // it gets painted
+  save(desktop_.screenshot(), "shortcut");
+  press("super+Down");
+  const bool worked = opened && panel(false);
+
+  const bool warned = worked && record("Show everything briefly", "alt+F4") &&
+                      await([&] { return tree_->find("tarnwick", taken, "dialog").has_value(); });
+  out_ << "\n" << ++step_ << ". Alt + F4, which is the window manager's\n\n";
+  letPass(std::chrono::milliseconds(300));
+  save(desktop_.screenshot(), "shortcut-taken");
+  return warned;
+}
+
 bool Demo::expectHidden(const QString& step, const QStringList& hidden) {
   const double right = bar_->frame().right();
   BarItems misplaced;
@@ -206,7 +249,8 @@ int Demo::run() {
                     expectHidden("Two hidden: " + first + " and " + second, {first, second}) &&
                     release(first) && expectHidden("Released: " + first, {second}) && hide(first) &&
                     expectHidden("Hidden again: " + first, {first, second}) && showCache() &&
-                    showPanel("statusIcon") && showPanel("appIcon") && showSettings();
+                    showPanel("statusIcon") && showPanel("appIcon") && showSettings() &&
+                    showShortcuts();
   if (interrupted != 0) {
     out_ << "\nInterrupted." << Qt::endl;
     return 130;

@@ -120,10 +120,46 @@ TEST_F(RecorderTest, ChecksInOrderAndStoresWhatIsForced) {
 }
 
 TEST_F(RecorderTest, FollowsWhatAnotherOneRecordsForTheSameName) {
-  std::string otherText = "none", foreignText = "none";
-  const auto shownIn = [](std::string& text) {
-    return RecordingField([&text](const RecorderAppearance& shown) { text = shown.text; });
-  };
+  struct OtherField : RecorderField {
+    void show(const RecorderAppearance& shown) override { appearance = shown; }
+    void makeFirstResponder() override {}
+    void resignFirstResponder() override {}
+    void beep() override {}
+    Registration present(const Alert&, std::function<void(int)>) override { return {}; }
+    KeyedMenu mainMenu() override { return {}; }
+    RecorderAppearance appearance;
+  } sameField, foreignField;
+  RecorderCocoa same{sameField, name};
+  const RecorderCocoa foreign{foreignField, Name{"other"}};
+  recorder.becomeFirstResponder();
+  press(40, M::command);
+  EXPECT_EQ(sameField.appearance.text, "⌘K");
+  EXPECT_TRUE(sameField.appearance.hasCancelButton);
+  EXPECT_EQ(foreignField.appearance.text, "");
+
+  recorder.becomeFirstResponder();
+  same.setShortcut(std::nullopt);
+  EXPECT_EQ(appearance.text, "");
+  EXPECT_EQ(appearance.placeholder, "Press Shortcut");
+  EXPECT_FALSE(sameField.appearance.isRecording);
+  press(40, M::control);
+  EXPECT_EQ(sameField.appearance.text, "⌃K");
+}
+
+TEST_F(RecorderTest, AnItemThatShowsItsOwnShortcutIsNoConflict) {
+  const struct {
+    const char* boundName;
+    std::uint16_t before;
+    bool conflicts;
+  } cases[] = {{"slot", 40, false}, {"slot", 38, true}, {"other", 40, true}};
+  for (const auto& c : cases) {
+    menu = {{"Kill", "k", M::command, c.boundName, {}}};
+    name.setShortcut(Shortcut(Key(c.before), M::command));
+    recorder.becomeFirstResponder();
+    press(40, M::command);
+    EXPECT_EQ(!noted().empty(), c.conflicts) << c.boundName << c.before;
+    recorder.endRecording();
+  }
 }
 
 TEST_F(RecorderTest, AClickWellOutsideEndsIt) {
