@@ -7,6 +7,7 @@ namespace tarnwick {
 // Modifier keys held with an event. Super is command, Alt is option.
 enum class KeyModifiers : std::uint64_t {
   none = 0,
+  unnamed = 0x1,  // some of this keyboard that no shortcut can have
   capsLock = 0x10000,
   shift = 0x20000,
   control = 0x40000,

@@ -1,18 +1,21 @@
 #include "shortcuts/character.h"
 
+#include <iterator>
+
 namespace tarnwick::KeyboardShortcuts {
 
 namespace {
 
-// Letters whose capitals stand at one distance, or, with a step of 2, alternate with them.
+// Letters whose capitals stand at one distance, or, with a step of 2, alternate with them. Where
+// two have the same capital, the usual one is the later.
 struct Run {
   char32_t first, last;
   int step, distance;
 };
 
 constexpr Run runs[] = {
-    {U'a', U'z', 1, -0x20},   {0xB5, 0xB5, 1, 0x2E7},   {0xE0, 0xF6, 1, -0x20},
-    {0xF8, 0xFE, 1, -0x20},   {0xFF, 0xFF, 1, 0x79},    {0x131, 0x131, 1, -0xE8},
+    {0x131, 0x131, 1, -0xE8}, {U'a', U'z', 1, -0x20},   {0xB5, 0xB5, 1, 0x2E7},
+    {0xE0, 0xF6, 1, -0x20},   {0xF8, 0xFE, 1, -0x20},   {0xFF, 0xFF, 1, 0x79},
     {0x101, 0x12F, 2, -1},    {0x133, 0x137, 2, -1},    {0x13A, 0x148, 2, -1},
     {0x14B, 0x177, 2, -1},    {0x17A, 0x17E, 2, -1},    {0x1A1, 0x1A1, 1, -1},
     {0x1B0, 0x1B0, 1, -1},    {0x219, 0x21B, 2, -1},    {0x3AC, 0x3AC, 1, -0x26},
@@ -55,6 +58,15 @@ std::string capitalised(char32_t letter) {
     break;
   }
   return character(capital).value_or(std::string());
+}
+
+std::string lowerCased(const std::string& letter) {
+  for (auto run = std::rbegin(runs); run != std::rend(runs); ++run) {
+    for (char32_t small = run->first; small <= run->last; small += run->step) {
+      if (capitalised(small) == letter) return *character(small);
+    }
+  }
+  return letter;
 }
 
 }  // namespace tarnwick::KeyboardShortcuts

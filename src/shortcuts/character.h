@@ -13,5 +13,7 @@ std::optional<std::string> character(std::int64_t unicodeScalarValue);
 // The character as the first one of a word in a title, in UTF-8 ("ß" gives "Ss"). Knows the letters
 // that keys of Latin, Greek, Cyrillic and Armenian keyboards print; others stay as they are.
 std::string capitalised(char32_t character);
+// A capital letter as its small one; any other text as it is. Both in UTF-8.
+std::string lowerCased(const std::string& letter);
 
 }  // namespace tarnwick::KeyboardShortcuts

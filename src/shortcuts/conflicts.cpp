@@ -2,20 +2,13 @@
 
 #include <algorithm>
 
+#include "shortcuts/character.h"
 #include "shortcuts/localized.h"
 #include "shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 
 namespace {
-
-// Key equivalents are what one key prints; capitals among them are Latin letters without accents.
-std::string lowerCased(std::string text) {
-  for (char& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return text;
-}
 
 bool matches(const std::string& key, KeyModifiers modifiers, const KeyedMenuItem& item) {
   std::string equivalent = item.keyEquivalent;

@@ -141,7 +141,7 @@ bool RecorderCocoa::keyDown(const std::optional<InputEvent>& event) {
     }
   }
   const bool bare = (held & ~KeyModifiers::shift) == KeyModifiers::none;
-  if (bare && !isFunctionKey(key)) {
+  if (contains(event->modifierFlags, KeyModifiers::unnamed) || (bare && !isFunctionKey(key))) {
     field_.beep();
     return true;
   }
@@ -170,20 +170,24 @@ void RecorderCocoa::record(const Shortcut& candidate, CheckStep from) {
       });
 }
 
-void RecorderCocoa::accept(const Shortcut& accepted) {
-  store(accepted);
+bool RecorderCocoa::change(const std::optional<Shortcut>& value) {
+  const std::weak_ptr<int> alive = alive_;
+  store(value);
+  if (alive.expired()) return false;
   updateStringValue();
-  if (onChange_) onChange_(accepted);
+  const OnChange onChange = onChange_;
+  if (onChange && shortcut() == value) onChange(value);
+  return !alive.expired();
+}
+
+void RecorderCocoa::accept(const Shortcut& accepted) {
+  if (!change(accepted)) return;
   endRecording();
   field_.resignFirstResponder();
 }
 
 void RecorderCocoa::clear() {
-  if (!shortcut()) return;
-  store(std::nullopt);
-  updateStringValue();
-  if (onChange_) onChange_(std::nullopt);
-  field_.makeFirstResponder();
+  if (shortcut() && change(std::nullopt)) field_.makeFirstResponder();
 }
 
 }  // namespace tarnwick::KeyboardShortcuts

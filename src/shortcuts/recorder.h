@@ -54,15 +54,18 @@ struct Binding {
 class RecorderCocoa {
  public:
   static constexpr double minimumWidth = 130;  // points
+  // Told of what the user has stored or cleared.
   using OnChange = std::function<void(const std::optional<Shortcut>&)>;
 
   // The field outlives the recorder.
   RecorderCocoa(RecorderField& field, std::variant<Name, Binding> storage, OnChange onChange = {});
   ~RecorderCocoa();
+  RecorderCocoa(const RecorderCocoa&) = delete;
+  RecorderCocoa& operator=(const RecorderCocoa&) = delete;
 
   ConflictPolicy conflictPolicy;
-  ValidateShortcut validateShortcut;  // may be empty
-  OperatingSystem operatingSystem;    // none that needs care, unless told
+  ValidateShortcut validateShortcut;                     // may be empty
+  OperatingSystem operatingSystem{0, 0, isSandboxed()};  // none that needs care, unless told
 
   std::optional<Shortcut> shortcut() const;
   void setShortcut(const std::optional<Shortcut>& shortcut);
@@ -88,6 +91,8 @@ class RecorderCocoa {
   void record(const Shortcut& shortcut, CheckStep from);
   void accept(const Shortcut& shortcut);
   void store(const std::optional<Shortcut>& shortcut);
+  // The same on the user's behalf. False when what listens to it has taken the recorder away.
+  bool change(const std::optional<Shortcut>& shortcut);
   void setActive(bool active);
 
   RecorderField& field_;

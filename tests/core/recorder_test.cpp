@@ -57,6 +57,8 @@ TEST_F(RecorderTest, TakesRefusesAndPassesOnKeys) {
       {48, M::none, false, false, false, "⌘K"},
       {53, M::capsLock, true, false, false, "⌘K"},
       {53, M::control, true, false, false, "⌃⎋"},
+      {53, M::unnamed, true, false, false, "⌘K"},
+      {40, M::control | M::unnamed, true, true, true, "⌘K"},
       {51, M::none, true, false, true, ""},
       {117, M::numericPad, true, false, true, ""},
   };
@@ -144,6 +146,24 @@ TEST_F(RecorderTest, FollowsWhatAnotherOneRecordsForTheSameName) {
   EXPECT_FALSE(sameField.appearance.isRecording);
   press(40, M::control);
   EXPECT_EQ(sameField.appearance.text, "⌃K");
+}
+
+TEST_F(RecorderTest, MayBeTakenAwayByWhoIsTold) {
+  for (const bool clears : {false, true}) {
+    name.setShortcut(k);
+    RecorderField& field = *this;
+    std::optional<RecorderCocoa> told;
+    std::optional<Shortcut> last = j;
+    told.emplace(field, name, [&](const std::optional<Shortcut>& now) {
+      last = now;
+      told.reset();
+    });
+    told->becomeFirstResponder();
+    told->keyDown(InputEvent{EventKind::keyDown, clears ? std::uint16_t{51} : std::uint16_t{96},
+                             M::none, false});
+    EXPECT_EQ(last, clears ? std::nullopt : std::optional(Shortcut(Key::f5)));
+    EXPECT_FALSE(isPaused());
+  }
 }
 
 TEST_F(RecorderTest, AnItemThatShowsItsOwnShortcutIsNoConflict) {

@@ -9,6 +9,7 @@ namespace {
 
 using KeyboardShortcuts::capitalised;
 using KeyboardShortcuts::character;
+using KeyboardShortcuts::lowerCased;
 using enum KeyModifiers;
 
 constexpr auto all = control | option | shift | command;
@@ -115,13 +116,15 @@ TEST(CharacterTest, CoversScalarValuesOnly) {
   }
 }
 
-TEST(CharacterTest, CapitalisesLettersOfKeyboards) {
-  const std::u32string lower = U"azäÿµıąžğőőșțωάύώяёєґ1,×÷€º";
-  const std::u32string upper = U"AZÄŸΜIĄŽĞŐŐȘȚΩΆΎΏЯЁЄҐ1,×÷€º";
+TEST(CharacterTest, KnowsCapitalAndSmallLettersOfKeyboards) {
+  const std::u32string lower = U"azäÿµıςąžğőőșțωάύώяёєґ1,×÷€º";
+  const std::u32string upper = U"AZÄŸΜIΣĄŽĞŐŐȘȚΩΆΎΏЯЁЄҐ1,×÷€º";
+  const std::u32string again = U"azäÿμiσąžğőőșțωάύώяёєґ1,×÷€º";
   ASSERT_EQ(lower.size(), upper.size());
   for (std::size_t i = 0; i < lower.size(); ++i) {
     EXPECT_EQ(capitalised(lower[i]), character(upper[i])) << i;
     EXPECT_EQ(capitalised(upper[i]), character(upper[i])) << i;
+    EXPECT_EQ(lowerCased(*character(upper[i])), character(again[i])) << i;
   }
 }
 

@@ -19,11 +19,12 @@ constexpr qreal cancelMargin = 6;
 
 }  // namespace
 
-RecorderWidget::RecorderWidget(const KeyboardShortcuts::Name& name, const QString& title,
-                               GrabKeyboard grab)
-    : Field(static_cast<int>(KeyboardShortcuts::RecorderCocoa::minimumWidth), title),
+RecorderWidget::RecorderWidget(
+    std::variant<KeyboardShortcuts::Name, KeyboardShortcuts::Binding> storage, const QString& title,
+    GrabKeyboard grab, Recorder::OnChange onChange)
+    : Field(static_cast<int>(Recorder::minimumWidth), title),
       grab_(std::move(grab)),
-      recorder_(*this, name) {
+      recorder_(*this, std::move(storage), std::move(onChange)) {
   setReadOnly(true);
   setAttribute(Qt::WA_InputMethodEnabled, false);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -79,6 +80,7 @@ KeyedMenu RecorderWidget::mainMenu() {
 bool RecorderWidget::eventFilter(QObject* watched, QEvent* event) {
   if (watched == window_ && event->type() == QEvent::WindowDeactivate) {
     recorder_.windowDidResignKey();
+    if (hasFocus()) clearFocus();
   } else if (watched == window_ && event->type() == QEvent::WindowActivate) {
     recorder_.preventBecomingKey();
   } else if (event->type() == QEvent::MouseButtonRelease && watched->isWidgetType()) {
@@ -97,6 +99,7 @@ void RecorderWidget::showEvent(QShowEvent* event) {
   window_ = window();
   window_->installEventFilter(this);
   recorder_.preventBecomingKey();
+  KeyboardShortcuts::systemShortcuts();  // read by the time something is typed
   Field::showEvent(event);
 }
 
@@ -108,20 +111,26 @@ void RecorderWidget::hideEvent(QHideEvent* event) {
 
 void RecorderWidget::focusInEvent(QFocusEvent* event) {
   Field::focusInEvent(event);
-  const auto reason = event->reason();
   const bool wanted = std::exchange(awaitsWindow_, false);
-  const bool byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-  if ((reason == Qt::ActiveWindowFocusReason && !wanted) ||
-      (byKeyboard && !recorder_.canBecomeKeyView())) {
+  if (comesByItself(event->reason()) && !wanted) {
     clearFocus();
   } else {
     recorder_.becomeFirstResponder();
   }
 }
 
+// Not by the user's wish.
+bool RecorderWidget::comesByItself(Qt::FocusReason reason) const {
+  if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason) return true;
+  const bool byKeyboard = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+  return byKeyboard && !recorder_.canBecomeKeyView();
+}
+
 void RecorderWidget::focusOutEvent(QFocusEvent* event) {
   recorder_.endRecording();
   Field::focusOutEvent(event);
+  // It would be back when the pop-up closes.
+  if (event->reason() == Qt::PopupFocusReason) clearFocus();
 }
 
 void RecorderWidget::mousePressEvent(QMouseEvent* event) {
@@ -130,6 +139,7 @@ void RecorderWidget::mousePressEvent(QMouseEvent* event) {
     recorder_.clear();
   } else {
     setFocus(Qt::MouseFocusReason);
+    if (hasFocus()) recorder_.becomeFirstResponder();
   }
 }
 

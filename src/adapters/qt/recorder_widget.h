@@ -20,8 +20,13 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   Q_OBJECT
 
  public:
-  RecorderWidget(const KeyboardShortcuts::Name& name, const QString& title, GrabKeyboard grab);
+  using Recorder = KeyboardShortcuts::RecorderCocoa;
+
+  RecorderWidget(std::variant<KeyboardShortcuts::Name, KeyboardShortcuts::Binding> storage,
+                 const QString& title, GrabKeyboard grab, Recorder::OnChange onChange = {});
   ~RecorderWidget() override;
+
+  Recorder& recorder() { return recorder_; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,6 +48,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   void beep() override;
   Registration present(const Alert& alert, std::function<void(int)> answered) override;
   KeyedMenu mainMenu() override;
+  bool comesByItself(Qt::FocusReason reason) const;
   QRectF cancelButton() const;
 
   const GrabKeyboard grab_;
@@ -50,7 +56,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   Registration keyboard_;
   QPointer<QWidget> window_;
   bool awaitsWindow_ = false;  // the focus is wanted as soon as the window is active
-  KeyboardShortcuts::RecorderCocoa recorder_;
+  Recorder recorder_;
 };
 
 // The rows of the settings' section "Hotkeys".

@@ -13,7 +13,21 @@ namespace tarnwick::x11 {
 
 namespace {
 
-constexpr std::chrono::milliseconds retryInterval{50};
+constexpr std::chrono::milliseconds checkInterval{50};
+constexpr std::chrono::seconds longestAfterwards{2};
+
+std::set<std::uint8_t> keysDown() {
+  std::set<std::uint8_t> keys;
+  xcb_connection_t* const connection = server();
+  if (!connection) return keys;
+  const Reply<xcb_query_keymap_reply_t> keymap(
+      xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
+  if (!keymap) return keys;
+  for (unsigned key = 0; key < 8 * std::size(keymap->keys); ++key) {
+    if (keymap->keys[key / 8] & (1U << (key % 8))) keys.insert(static_cast<std::uint8_t>(key));
+  }
+  return keys;
+}
 
 }  // namespace
 
@@ -27,14 +41,9 @@ KeyboardGrab::KeyboardGrab(WId window, Handler handler)
       modifierKeys_.insert(keys, keys + xcb_get_modifier_mapping_keycodes_length(mapping.get()));
     }
   }
-  timer_.setInterval(retryInterval);
-  timer_.callOnTimeout([this] {
-    if (!handler_ && !isAnyKeyDown()) {
-      delete this;
-    } else if (!grabbed_) {
-      grab();
-    }
-  });
+  timer_.setInterval(checkInterval);
+  timer_.callOnTimeout([this] { check(); });
+  held_ = keysDown();
   qApp->installNativeEventFilter(this);
   grab();
   timer_.start();
@@ -61,33 +70,59 @@ void KeyboardGrab::grab() {
   if (grabbed_) holder_ = this;
 }
 
-bool KeyboardGrab::isAnyKeyDown() const {
-  xcb_connection_t* const connection = server();
-  if (!connection) return false;
-  const Reply<xcb_query_keymap_reply_t> keymap(
-      xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr));
-  return keymap && std::any_of(std::begin(keymap->keys), std::end(keymap->keys),
-                               [](std::uint8_t keys) { return keys != 0; });
+void KeyboardGrab::end() {
+  handler_ = nullptr;
+  held_ = keysDown();
+  deadline_.setRemainingTime(longestAfterwards);
+  check();
+}
+
+void KeyboardGrab::check() {
+  if (!held_.empty()) {
+    const auto down = keysDown();
+    std::erase_if(held_, [&](std::uint8_t key) { return !down.contains(key); });
+  }
+  if (!handler_ && (held_.empty() || deadline_.hasExpired())) {
+    delete this;
+  } else if (!grabbed_) {
+    grab();
+  }
 }
 
 bool KeyboardGrab::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
   if (type != "xcb_generic_event_t") return false;
   const auto* const event = static_cast<const xcb_key_press_event_t*>(message);
-  if ((event->response_type & 0x7f) != XCB_KEY_PRESS) return false;
-  if (modifierKeys_.contains(event->detail) || !handler_) return true;
-  const auto key = virtualKey(event->detail);
-  const auto modifiers = masks_.modifiers(event->state);
+  const std::uint8_t keyCode = event->detail;
+  const auto kind = event->response_type & 0x7f;
+  if (kind == XCB_KEY_RELEASE && held_.erase(keyCode) > 0) check();
+  if (kind != XCB_KEY_PRESS) return false;
+  if (held_.contains(keyCode)) return true;
+  if (!handler_) return false;
+  if (modifierKeys_.contains(keyCode)) return true;
+
+  std::optional<InputEvent> press;
+  if (const auto key = virtualKey(keyCode)) {
+    auto modifiers = masks_.modifiers(event->state);
+    if (!modifiers) {
+      modifiers = masks_.modifiers(event->state & (masks_.ofShortcuts() | XCB_MOD_MASK_LOCK));
+      modifiers = *modifiers | KeyModifiers::unnamed;
+    }
+    press = InputEvent{EventKind::keyDown, *key, *modifiers, false};
+  }
   const auto handler = handler_;  // which may end this
-  if (!key || !modifiers) return handler(std::nullopt);
-  return handler(InputEvent{EventKind::keyDown, *key, *modifiers, false});
+  const std::weak_ptr<int> alive = alive_;
+  const bool swallowed = handler(press);
+  // What the window gets, it gets with its repetitions.
+  if (!swallowed && !alive.expired() && !handler_) {
+    held_.erase(keyCode);
+    check();
+  }
+  return swallowed;
 }
 
 Registration KeyboardGrab::begin(WId window, Handler handler) {
   auto* const grab = new KeyboardGrab(window, std::move(handler));
-  return Registration([grab] {
-    grab->handler_ = nullptr;
-    if (!grab->isAnyKeyDown()) delete grab;
-  });
+  return Registration([grab] { grab->end(); });
 }
 
 }  // namespace tarnwick::x11
