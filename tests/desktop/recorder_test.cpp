@@ -31,9 +31,10 @@ class RecorderTest : public StatusDesktopTest {
   }
   bool isOpen() { return !desktop.windowFrame("Tarnwick").isEmpty(); }
   bool panelIsShown() { return !desktop.windowFrame("Hidden apps").isEmpty(); }
-  void keys(const QString& name) {
-    ASSERT_TRUE(desktop.start("xdotool", {"key", name}).waitForEnd());
+  void xdotool(const QStringList& arguments) {
+    ASSERT_TRUE(desktop.start("xdotool", arguments).waitForEnd());
   }
+  void keys(const QString& name) { xdotool({"key", name}); }
   QString shownIn(const QString& title) {
     const auto field = tree->find("tarnwick", title, "text");
     return field ? field->text : QString();
@@ -168,9 +169,12 @@ TEST_F(RecorderTest, EndsWhenTheFocusGoesAndWithItsWindow) {
   desktop.click(QPoint(field.left() - 3, field.center().y()));
   EXPECT_TRUE(waitForRecording(panelRow, false));
   record(panelRow);
-  keys("Tab");
-  EXPECT_TRUE(waitForRecording(revealRow));
-  EXPECT_FALSE(isRecording(panelRow));
+  desktop.click(scrollToSetting(desktop, *tree, "App icon", "combo box").center());
+  EXPECT_TRUE(waitForRecording(panelRow, false));
+  keys("Escape");  // out of the pop-up
+  keys("F7");
+  record(revealRow);
+  EXPECT_EQ(shownIn(panelRow), "F5");
   record(panelRow);
   EXPECT_FALSE(isRecording(revealRow));
   const auto window = tree->find("tarnwick", "Tarnwick", "frame");
@@ -182,6 +186,25 @@ TEST_F(RecorderTest, EndsWhenTheFocusGoesAndWithItsWindow) {
   open();
   EXPECT_EQ(shownIn(panelRow), "F5");
   EXPECT_FALSE(isRecording(panelRow));
+}
+
+TEST_F(RecorderTest, HeldKeysCountOnceAndDoNotHoldTheKeyboard) {
+  record(panelRow);
+  xdotool({"keydown", "Tab"});
+  ASSERT_TRUE(waitForRecording(revealRow));
+  letPass(std::chrono::seconds(1));  // the key repeats
+  xdotool({"keyup", "Tab"});
+  EXPECT_TRUE(isRecording(revealRow));
+  EXPECT_FALSE(isRecording(panelRow));
+  record(panelRow);
+  keys("F5");
+  record(revealRow);
+  xdotool({"keydown", "F6"});
+  ASSERT_TRUE(waitFor([&] { return shownIn(revealRow) == "F6"; }));
+  EXPECT_TRUE(waitFor([&] {
+    keys("F5");
+    return waitFor([&] { return panelIsShown(); }, std::chrono::seconds(1));
+  }));
 }
 
 }  // namespace

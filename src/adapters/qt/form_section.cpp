@@ -97,6 +97,7 @@ QHBoxLayout* FormSection::addRow(const QString& title, const QList<QWidget*>& co
   auto* const label = new QLabel(title);
   label->setTextFormat(Qt::PlainText);
   label->setContentsMargins(ringRoom, 0, 0, 0);
+  if (!controls.isEmpty()) label->setBuddy(controls.front());  // for screen readers
   row->addWidget(label);
   row->addStretch();
   for (QWidget* const control : controls) row->addWidget(control);

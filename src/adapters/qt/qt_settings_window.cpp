@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QScrollArea>
+#include <QWindow>
 #include <algorithm>
 #include <optional>
 
@@ -46,7 +47,7 @@ class SettingsWidget : public QMainWindow {
                            QKeySequence::keyBindings(QKeySequence::Close)),
             &QAction::triggered, this, &QWidget::close);
     connect(
-        addKeyedAction(QStringLiteral("Quit Tarnwick"), {QKeySequence(QStringLiteral("Ctrl+Q"))}),
+        addKeyedAction(SettingsForm::tr("Quit Tarnwick"), {QKeySequence(QStringLiteral("Ctrl+Q"))}),
         &QAction::triggered, form_, &SettingsForm::quit);
     observer_ = view_->onChanged([this] { form_->sync(); });
 
@@ -70,7 +71,8 @@ class SettingsWidget : public QMainWindow {
   }
 
   void closeEvent(QCloseEvent* event) override {
-    place_ = pos();
+    // The widget itself learns of its frame only with the next move.
+    place_ = windowHandle()->framePosition();
     event->accept();  // no more than hidden
   }
 
