@@ -117,18 +117,6 @@ TEST_F(HotKeysTest, CombinationsOfOthersAreLeftToThem) {
   }
 }
 
-TEST_F(HotKeysTest, NamesShareAKeyAndGoOnAndOff) {
-  ASSERT_EQ(answer(QByteArray("set a") + k), "a taken");
-  ASSERT_EQ(answer(QByteArray("set b") + k), "b taken");
-  EXPECT_EQ(strike(), (QByteArrayList{"down a", "down b", "up a", "up b"}));
-  answer("disable b");
-  EXPECT_EQ(strike(), once);
-  answer("off");
-  EXPECT_EQ(strike(), QByteArrayList());
-  answer("on");
-  EXPECT_EQ(strike(), once);
-}
-
 TEST_F(HotKeysTest, OpenMenuOfOursLosesTheShortcutOnlyAndKeepsTheOrder) {
   ASSERT_EQ(answer("set a 125 256"), "a taken");  // super + down
   ASSERT_EQ(answer("menu"), "menu");

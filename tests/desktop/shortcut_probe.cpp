@@ -86,9 +86,6 @@ class Probe : public QAbstractNativeEventFilter {
       words >> name;
       (verb == "disable" ? disable : enable)({handled(name)});
       say(name + (isEnabled(handled(name)) ? " taken" : " not taken"));
-    } else if (verb == "off" || verb == "on") {
-      setEnabled(verb == "on");
-      say(verb);
     } else if (verb == "prints") {
       std::string text = "prints";
       for (std::uint16_t code = 0; words >> code;) {
