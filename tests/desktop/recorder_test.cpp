@@ -194,7 +194,7 @@ TEST_F(RecorderTest, HeldKeysCountOnceAndDoNotHoldTheKeyboard) {
   ASSERT_TRUE(waitForRecording(revealRow));
   letPass(std::chrono::seconds(1));  // the key repeats
   xdotool({"keyup", "Tab"});
-  EXPECT_TRUE(isRecording(revealRow));
+  EXPECT_TRUE(waitForRecording(revealRow));
   EXPECT_FALSE(isRecording(panelRow));
   record(panelRow);
   keys("F5");
