@@ -1,5 +1,7 @@
 #include "shortcuts/recorder.h"
 
+#include <utility>
+
 #include "shortcuts/localized.h"
 #include "shortcuts/module.h"
 #include "shortcuts/special_key.h"
@@ -41,7 +43,7 @@ RecorderCocoa::RecorderCocoa(RecorderField& field, std::variant<Name, Binding> s
 }
 
 RecorderCocoa::~RecorderCocoa() {
-  if (isRecording_) setActive(false);
+  if (std::exchange(isRecording_, false)) tellActive();
 }
 
 std::optional<Shortcut> RecorderCocoa::shortcut() const {
@@ -69,11 +71,10 @@ void RecorderCocoa::updateStringValue() {
                isRecording_});
 }
 
-void RecorderCocoa::setActive(bool active) {
-  isRecording_ = active;
-  setPaused(active);
+void RecorderCocoa::tellActive() const {
+  setPaused(isRecording_);
   if (const auto& services = Module::shared().services) {
-    services->notifications.post({recorderActiveStatusDidChange, {{"isActive", active}}});
+    services->notifications.post({recorderActiveStatusDidChange, {{"isActive", isRecording_}}});
   }
 }
 
@@ -81,15 +82,17 @@ void RecorderCocoa::becomeFirstResponder() {
   if (isRecording_) return;
   shortcutBeforeRecording_ = shortcut();
   systemShortcuts();  // read by the time something is typed
-  setActive(true);
+  isRecording_ = true;
   updateStringValue();
+  tellActive();
 }
 
 void RecorderCocoa::endRecording() {
   if (!isRecording_) return;
   shortcutBeforeRecording_.reset();
-  setActive(false);
+  isRecording_ = false;
   updateStringValue();
+  tellActive();
 }
 
 void RecorderCocoa::preventBecomingKey() {
@@ -182,8 +185,9 @@ bool RecorderCocoa::change(const std::optional<Shortcut>& value) {
 
 void RecorderCocoa::accept(const Shortcut& accepted) {
   if (!change(accepted)) return;
+  const std::weak_ptr<int> alive = alive_;
   endRecording();
-  field_.resignFirstResponder();
+  if (!alive.expired()) field_.resignFirstResponder();
 }
 
 void RecorderCocoa::clear() {

@@ -93,7 +93,7 @@ class RecorderCocoa {
   void store(const std::optional<Shortcut>& shortcut);
   // The same on the user's behalf. False when what listens to it has taken the recorder away.
   bool change(const std::optional<Shortcut>& shortcut);
-  void setActive(bool active);
+  void tellActive() const;
 
   RecorderField& field_;
   const std::variant<Name, Binding> storage_;

@@ -183,11 +183,16 @@ TEST_F(RecorderTest, AnItemThatShowsItsOwnShortcutIsNoConflict) {
 }
 
 TEST_F(RecorderTest, AClickWellOutsideEndsIt) {
+  std::vector<bool> told;
+  const Registration observer = notifications.observe(
+      recorderActiveStatusDidChange,
+      [&](const Notification& change) { told.push_back(recorderIsActive(change)); });
   recorder.becomeFirstResponder();
   recorder.mouseUp({-3, 27}, {130, 24});
   EXPECT_TRUE(recorder.isRecording());
   recorder.mouseUp({133.5, 10}, {130, 24});
   EXPECT_FALSE(recorder.isRecording());
+  EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }
 
 }  // namespace
