@@ -182,6 +182,10 @@ Ein Rechtsklick auf den Winkel fügt welche hinzu.</translation>
         <source>Quit Tarnwick</source>
         <translation>Tarnwick beenden</translation>
     </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Fenster schließen</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::Stepper</name>

@@ -182,6 +182,10 @@ Haz clic derecho en la flecha para añadirlas.</translation>
         <source>Quit Tarnwick</source>
         <translation>Salir de Tarnwick</translation>
     </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Cerrar ventana</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::Stepper</name>

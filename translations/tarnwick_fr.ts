@@ -182,6 +182,10 @@ Un clic droit sur le chevron permet d’en ajouter.</translation>
         <source>Quit Tarnwick</source>
         <translation>Quitter Tarnwick</translation>
     </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Fermer la fenêtre</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::Stepper</name>

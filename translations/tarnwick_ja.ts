@@ -182,6 +182,10 @@ Right-click the chevron to add some.</source>
         <source>Quit Tarnwick</source>
         <translation>Tarnwick を終了</translation>
     </message>
+    <message>
+        <source>Close Window</source>
+        <translation>ウインドウを閉じる</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::Stepper</name>

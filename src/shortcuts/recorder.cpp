@@ -179,7 +179,7 @@ bool RecorderCocoa::change(const std::optional<Shortcut>& value) {
   if (alive.expired()) return false;
   updateStringValue();
   const OnChange onChange = onChange_;
-  if (onChange && shortcut() == value) onChange(value);
+  if (onChange) onChange(value);
   return !alive.expired();
 }
 

@@ -43,7 +43,7 @@ class SettingsWidget : public QMainWindow {
     scroll_.setWidgetResizable(true);
     scroll_.setWidget(form_);
     form_->setAutoFillBackground(false);
-    connect(addKeyedAction(QStringLiteral("Close Window"),
+    connect(addKeyedAction(SettingsForm::tr("Close Window"),
                            QKeySequence::keyBindings(QKeySequence::Close)),
             &QAction::triggered, this, &QWidget::close);
     connect(
