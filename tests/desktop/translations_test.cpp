@@ -2,7 +2,6 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
-#include <array>
 
 #include "tests/desktop/harness/accessible_tree.h"
 #include "tests/desktop/harness/status_desktop_test.h"
@@ -38,31 +37,46 @@ TEST(Translations, KeepThePlacesOfArguments) {
   EXPECT_GT(messages, 4 * 50);
 }
 
-class TranslationsTest : public StatusDesktopTest,
-                         public testing::WithParamInterface<std::array<const char*, 4>> {};
+struct Language {
+  const char* name;
+  const char* wanted;  // by the user, best first
+  const char* quit;
+  const char* recorder;
+  const char* pane;
+};
+
+void PrintTo(const Language& language, std::ostream* out) {
+  *out << language.name;
+}
+
+class TranslationsTest : public StatusDesktopTest, public testing::WithParamInterface<Language> {};
 
 TEST_P(TranslationsTest, BothProgramsSpeakTheUsersLanguage) {
-  const auto& [languages, quit, recorder, pane] = GetParam();
+  const Language& language = GetParam();
   desktop.setVariable("LC_ALL", "");
   desktop.setVariable("LANG", "en_US.UTF-8");
-  desktop.setVariable("LANGUAGE", languages);
+  desktop.setVariable("LANGUAGE", language.wanted);
   AccessibleTree tree(desktop);
   desktop.grant("/proc/self/exe", {"accessibility"});
   desktop.start("tarnwick-bar");
   ASSERT_TRUE(waitFor([&] { return bar.running(); }));
   startUtility();
   ASSERT_TRUE(desktop.start("tarnwick").waitForEnd());
-  EXPECT_TRUE(waitFor([&] { return tree.find("tarnwick", quit, "push button").has_value(); }));
-  EXPECT_TRUE(tree.find("tarnwick", recorder, "text"));
+  const auto shows = [&](const char* program, const char* name, const char* role) {
+    return waitFor([&] { return tree.find(program, name, role).has_value(); });
+  };
+  EXPECT_TRUE(shows("tarnwick", language.quit, "push button"));
+  EXPECT_TRUE(shows("tarnwick", language.recorder, "text"));
   bar.call("ShowPane", {"menu-bar"});
-  EXPECT_TRUE(waitFor([&] { return tree.find("tarnwick-bar", pane, "check box").has_value(); }));
+  EXPECT_TRUE(shows("tarnwick-bar", language.pane, "check box"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Languages, TranslationsTest,
-    testing::Values(std::array{"de:fr", "Tarnwick beenden", "Panel öffnen", "Datum anzeigen"},
-                    std::array{"nn:en_GB:de", "Quit Tarnwick", "Open the panel", "Show the date"},
-                    std::array{"ja_JP:en", "Tarnwick を終了", "パネルを開く", "日付を表示"}));
+constexpr Language languages[] = {
+    {"German", "de:fr", "Tarnwick beenden", "Panel öffnen", "Datum anzeigen"},
+    {"English", "nn:en_GB:de", "Quit Tarnwick", "Open the panel", "Show the date"},
+    {"Japanese", "ja_JP:en", "Tarnwick を終了", "パネルを開く", "日付を表示"},
+};
+INSTANTIATE_TEST_SUITE_P(Languages, TranslationsTest, testing::ValuesIn(languages));
 
 }  // namespace
 }  // namespace tarnwick::test
