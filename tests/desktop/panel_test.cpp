@@ -67,14 +67,17 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); })) << "it goes with the bar";
 }
 
-TEST_F(PanelTest, NeedsNoPermissionToOpenBelowTheHandleAndToClose) {
+TEST_F(PanelTest, WithoutPermissionItOpensBelowTheHandleAndNothingIsHidden) {
   startBar();
+  startClients({parcellite});
+  hideInDefaults({parcellite});
   startUtility();
   const QRectF anchor = native("tarnwick.handle")->frame;
   openPanel();
   EXPECT_EQ(panelFrame().top(), anchor.bottom() + 4);
   desktop.click(handle());
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
+  EXPECT_TRUE(shown(parcellite)) << row();
 }
 
 TEST_F(PanelTest, LiesBelowTheHandleOnAnotherPrimaryMonitorAndWhenScaled) {
