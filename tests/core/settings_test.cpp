@@ -227,6 +227,15 @@ TEST_F(SettingsTest, RestartEndsThisInstanceAfterTheLaunchHasReported) {
   EXPECT_EQ(desktop.lifeEvents.size(), 3U);
 }
 
+TEST_F(SettingsTest, UnknownVersionsAreQuestionMarks) {
+  start();
+  const SettingsView& view = open();
+  EXPECT_EQ(view.versionDescription(), "? (?)");
+  desktop.bundle["CFBundleShortVersionString"] = "1.4";
+  desktop.bundle["CFBundleVersion"] = "27";
+  EXPECT_EQ(view.versionDescription(), "1.4 (27)");
+}
+
 TEST_F(SettingsTest, BindingsOutliveTheirView) {
   start();
   auto view = std::make_shared<SettingsView>(services, delegate->menuBarController());

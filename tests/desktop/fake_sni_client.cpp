@@ -71,13 +71,25 @@ class Item {
     bus_.asyncCall(call);
   }
 
-  void emitSignal(const QString& name) {
-    bus_.send(QDBusMessage::createSignal(path_, itemInterface, name));
+  void emitSignal(const QString& name, const QVariantList& arguments = {}) {
+    QDBusMessage signal = QDBusMessage::createSignal(path_, itemInterface, name);
+    signal.setArguments(arguments);
+    bus_.send(signal);
   }
 
   void setColour(uint colour) {
     properties_["IconPixmap"] = QVariant::fromValue(pixmaps(options_, colour));
     emitSignal("NewIcon");
+  }
+
+  void setIconName(const QString& name) {
+    properties_["IconName"] = name;
+    emitSignal("NewIcon");
+  }
+
+  void setStatus(const QString& status) {
+    properties_["Status"] = status;
+    emitSignal("NewStatus", {status});
   }
 
   void renumberMenu() {
@@ -282,8 +294,15 @@ class Program : public QObject {
         input_.setEnabled(false);
         return;
       }
-      if (line == "menu-renumber") first().renumberMenu();
+      obey(QString::fromStdString(line));
     } while (std::cin.rdbuf()->in_avail() > 0);
+  }
+
+  void obey(const QString& line) {
+    const QString argument = line.section(' ', 1);
+    if (line.startsWith("icon-name ")) first().setIconName(argument);
+    if (line.startsWith("status ")) first().setStatus(argument);
+    if (line == "menu-renumber") first().renumberMenu();
   }
 
   Options options_;

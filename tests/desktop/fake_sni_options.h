@@ -64,7 +64,7 @@ struct Options {
 inline Options parse(const QCoreApplication& application) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
-      "Standard input: `menu-renumber` gives the menu's entries new ids.");
+      "Standard input: icon-name TEXT, status TEXT, menu-renumber (gives its entries new ids).");
   parser.addHelpOption();
   const QList<QCommandLineOption> known = {
       {"register", "unique name or both, with the path", "form", "unique"},
