@@ -54,7 +54,7 @@ struct Ground {
     return item ? item->frame.width() : 0;
   }
 
-  PrivateDesktop desktop{{.screen = {1920, 1080}}};
+  PrivateDesktop desktop{QSize(1920, 1080)};
   BarProxy bar{desktop.bus()};
 };
 

@@ -149,16 +149,5 @@ TEST_F(DefaultsFileTest, AFailedReadIsNoSetting) {
   EXPECT_EQ(fresh.value("b"), DefaultsValue(true));
 }
 
-TEST_F(DefaultsFileTest, TwoWritersLoseNoKeyOfEachOther) {
-  const pid_t child = fork();
-  for (int i = 0; i < 20; ++i) {
-    defaults_.set((child == 0 ? "child" : "parent") + std::to_string(i), std::int64_t{i});
-  }
-  if (child == 0) _exit(0);
-  int status = -1;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_EQ(defaults_.keys().size(), 40u);
-}
-
 }  // namespace
 }  // namespace tarnwick::desktop

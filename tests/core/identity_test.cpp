@@ -113,24 +113,27 @@ TEST_F(IdentityTest, FindsTheApplicationOfAProcess) {
   const std::string terminal = "0::/a/app-gnome-org.gnome.Terminal-77.scope";
   const std::string snap = "0::/a/snap.mail.mail-3c5e6a2f-1111-2222-3333-abcdefabcdef.scope";
   run(77, {"/usr/libexec/gnome-terminal-server", {"gnome-terminal-server"}, {}, terminal});
+  const auto flatpak = [](const std::string& program, const std::string& name) {
+    FakeProcess process{"/app/bin/" + program, {program}};
+    process.flatpakInfo = "[Instance]\nname=no\n[Application]\nname=" + name + "\n";
+    return process;
+  };
+  const auto launchedAs = [](const std::string& pid) {
+    const std::string file = "GIO_LAUNCHED_DESKTOP_FILE";
+    return FakeProcess{
+        "/opt/x", {"x"}, {file + "=/usr/share/applications/my-app.desktop", file + "_PID=" + pid}};
+  };
+  const auto grouped = [](const std::string& cgroup) {
+    return FakeProcess{"/opt/my/bin/real", {"real"}, {}, cgroup};
+  };
+  const auto python = [](const Words& arguments) {
+    return FakeProcess{"/usr/bin/python3.11", arguments};
+  };
   const std::tuple<const char*, const char*, FakeProcess> cases[] = {
       // Sandboxes.
-      {"flatpak",
-       "org.sandbox.App",
-       {"/app/bin/thing",
-        {"thing"},
-        {},
-        "0::/x",
-        1,
-        1,
-        0,
-        "[Instance]\nname=no\n[Application]\nname=org.sandbox.App\n"}},
-      {"flatpak without a desktop file",
-       "org.other.App",
-       {"/app/bin/notes", {"notes"}, {}, "0::/x", 1, 1, 0, "[Application]\nname=org.other.App\n"}},
-      {"flatpak with a name that is no id",
-       "thing",
-       {"/app/bin/thing", {"thing"}, {}, "0::/x", 1, 1, 0, "[Application]\nname=../../x\n"}},
+      {"flatpak", "org.sandbox.App", flatpak("thing", "org.sandbox.App")},
+      {"flatpak without a desktop file", "org.other.App", flatpak("notes", "org.other.App")},
+      {"flatpak with a name that is no id", "thing", flatpak("thing", "../../x")},
       {"proxy of a flatpak",
        "org.sandbox.App",
        {"/usr/bin/xdg-dbus-proxy",
@@ -150,19 +153,11 @@ TEST_F(IdentityTest, FindsTheApplicationOfAProcess) {
        "copyq",
        {"/usr/bin/copyq", {"copyq"}, {"SNAP_NAME=mail"}, snap}},
       // Launch scopes.
-      {"escaped dash",
-       "my-app",
-       {"/opt/my/bin/real", {"real"}, {}, "0::/a/app-gnome-my\\x2dapp-5.scope"}},
-      {"unescaped dash", "my-app", {"/opt/my/bin/real", {"real"}, {}, "0::/a/app-my-app-5.scope"}},
-      {"autostart service",
-       "my-app",
-       {"/opt/my/bin/real", {"real"}, {}, "0::/a/app-my\\x2dapp@autostart.service"}},
-      {"bus service, inner group",
-       "my-app",
-       {"/opt/my/bin/real", {"real"}, {}, "0::/a/dbus-:1.2-my\\x2dapp@0.service/inner"}},
-      {"older hierarchy",
-       "my-app",
-       {"/opt/my/bin/real", {"real"}, {}, "4:memory:/b\n1:name=systemd:/a/app-my-app-5.scope"}},
+      {"escaped dash", "my-app", grouped("0::/a/app-gnome-my\\x2dapp-5.scope")},
+      {"unescaped dash", "my-app", grouped("0::/a/app-my-app-5.scope")},
+      {"autostart service", "my-app", grouped("0::/a/app-my\\x2dapp@autostart.service")},
+      {"bus service, inner group", "my-app", grouped("0::/a/dbus-:1.2-my\\x2dapp@0.service/inner")},
+      {"older hierarchy", "my-app", grouped("4:memory:/b\n1:name=systemd:/a/app-my-app-5.scope")},
       {"terminal itself",
        "org.gnome.Terminal",
        {"/usr/bin/gnome-terminal", {"gnome-terminal"}, {}, terminal}},
@@ -179,18 +174,8 @@ TEST_F(IdentityTest, FindsTheApplicationOfAProcess) {
        "tray",
        {"/home/u/tray", {"./tray"}, {}, terminal, 77, 9}},
       // Launchers' variables.
-      {"own launcher variable",
-       "my-app",
-       {"/opt/x",
-        {"x"},
-        {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/my-app.desktop",
-         "GIO_LAUNCHED_DESKTOP_FILE_PID=500"}}},
-      {"inherited launcher variable",
-       "x",
-       {"/opt/x",
-        {"x"},
-        {"GIO_LAUNCHED_DESKTOP_FILE=/usr/share/applications/my-app.desktop",
-         "GIO_LAUNCHED_DESKTOP_FILE_PID=499"}}},
+      {"own launcher variable", "my-app", launchedAs("500")},
+      {"inherited launcher variable", "x", launchedAs("499")},
       {"hint",
        "my-app",
        {"/opt/x", {"x"}, {"BAMF_DESKTOP_FILE_HINT=/var/a/applications/my-app.desktop"}}},
@@ -208,33 +193,18 @@ TEST_F(IdentityTest, FindsTheApplicationOfAProcess) {
       {"TryExec", "tried", {"/usr/lib/tried-one", {"x"}}},
       {"unreadable executable", "copyq", {"", {"/usr/bin/copyq"}}},
       {"renamed program", "copyq", {"/nix/store/.copyq-wrapped", {"copyq"}}},
-      {"Python script",
-       "gajim",
-       {"/usr/bin/python3.11", {"python3", "-u", "-X", "dev", "/usr/bin/gajim"}}},
-      {"Python module", "gajim", {"/usr/bin/python3.11", {"python3", "-m", "gajim"}}},
-      {"Python under another title", "gajim", {"/usr/bin/python3.11", {"gajim: main loop"}}},
-      {"Python code", "python3.11", {"/usr/bin/python3.11", {"python3", "-c", "import x"}}},
-      {"common script name",
-       "tool",
-       {"/usr/bin/python3.11", {"python3", "/usr/share/tool/main.py"}}},
-      {"script without an entry",
-       "tray.py",
-       {"/usr/bin/python3.11", {"python3", "/home/u/tray.py"}}},
+      {"Python script", "gajim", python({"python3", "-u", "-X", "dev", "/usr/bin/gajim"})},
+      {"Python module", "gajim", python({"python3", "-m", "gajim"})},
+      {"Python under another title", "gajim", python({"gajim: main loop"})},
+      {"Python code", "python3.11", python({"python3", "-c", "import x"})},
+      {"common script name", "tool", python({"python3", "/usr/share/tool/main.py"})},
+      {"script without an entry", "tray.py", python({"python3", "/home/u/tray.py"})},
+      {"in somebody's home", "main.py", python({"python3", "/home/u/bin/main.py"})},
       {"relative common name",
        "widget",
-       {"/usr/bin/node",
-        {"node", "-r", "x", "dist/index.js"},
-        {},
-        "0::/x",
-        1,
-        1,
-        0,
-        {},
-        {},
-        "/opt/widget"}},
-      {"in somebody's home",
-       "main.py",
-       {"/usr/bin/python3.11", {"python3", "/home/u/bin/main.py"}}},
+       {.executable = "/usr/bin/node",
+        .arguments = {"node", "-r", "x", "dist/index.js"},
+        .folder = "/opt/widget"}},
       {"Java archive",
        "sync.jar",
        {"/usr/bin/java", {"java", "-Xmx1g", "-cp", "a:b", "-jar", "/opt/s/sync.jar"}}},

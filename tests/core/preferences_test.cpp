@@ -13,50 +13,33 @@ using Groups = std::vector<AppGroup>;
 struct StoredCase {
   const char* name;
   std::optional<DefaultsValue> stored;  // under every key
-  std::vector<std::string> hidden;
-  int columns;
-  PanelIconStyle panelStyle;
-  HandleIconStyle handleStyle;
-  Groups groups;
+  std::vector<std::string> hidden = {};
+  int columns = 5;
+  PanelIconStyle panelStyle = PanelIconStyle::appIcon;
+  HandleIconStyle handleStyle = HandleIconStyle::mono;
+  Groups groups = {};
 };
 
 TEST(PreferencesTest, UnusableStoredValuesReadAsDefaults) {
-  const auto app = PanelIconStyle::appIcon;
-  const auto mono = HandleIconStyle::mono;
+  const auto data = [](const char* text) { return DefaultsData{text}; };
   const StoredCase cases[] = {
-      {"nothing", std::nullopt, {}, 5, app, mono, {}},
-      {"boolean", true, {}, 5, app, mono, {}},
-      {"columns 0", std::int64_t{0}, {}, 5, app, mono, {}},
-      {"columns 25", std::int64_t{25}, {}, 20, app, mono, {}},
-      {"columns -3", std::int64_t{-3}, {}, 1, app, mono, {}},
-      {"columns beyond int", std::int64_t{1} << 40, {}, 20, app, mono, {}},
-      {"statusIcon", std::string("statusIcon"), {}, 5, PanelIconStyle::statusIcon, mono, {}},
-      {"other case", std::string("StatusIcon"), {}, 5, app, mono, {}},
-      {"color", std::string("color"), {}, 5, app, HandleIconStyle::color, {}},
-      {"strings", std::vector<std::string>{"b", "a"}, {"b", "a"}, 5, app, mono, {}},
-      {"groups",
-       DefaultsData{R"([{"name":"Work","bundleIds":["a","b"]}])"},
-       {},
-       5,
-       app,
-       mono,
-       {{"Work", {"a", "b"}}}},
-      {"groups not an array",
-       DefaultsData{R"({"name":"Work","bundleIds":[]})"},
-       {},
-       5,
-       app,
-       mono,
-       {}},
-      {"group without members", DefaultsData{R"([{"name":"Work"}])"}, {}, 5, app, mono, {}},
-      {"member no string",
-       DefaultsData{R"([{"name":"W","bundleIds":["a",1]}])"},
-       {},
-       5,
-       app,
-       mono,
-       {}},
-      {"no JSON", DefaultsData{"[{\"name\""}, {}, 5, app, mono, {}},
+      {"nothing", std::nullopt},
+      {"boolean", true},
+      {"columns 0", std::int64_t{0}},
+      {.name = "columns 25", .stored = std::int64_t{25}, .columns = 20},
+      {.name = "columns -3", .stored = std::int64_t{-3}, .columns = 1},
+      {.name = "columns beyond int", .stored = std::int64_t{1} << 40, .columns = 20},
+      {.name = "statusIcon", .stored = "statusIcon", .panelStyle = PanelIconStyle::statusIcon},
+      {"other case", "StatusIcon"},
+      {.name = "color", .stored = "color", .handleStyle = HandleIconStyle::color},
+      {"strings", std::vector<std::string>{"b", "a"}, {"b", "a"}},
+      {.name = "groups",
+       .stored = data(R"([{"name":"Work","bundleIds":["a","b"]}])"),
+       .groups = {{"Work", {"a", "b"}}}},
+      {"groups not an array", data(R"({"name":"Work","bundleIds":[]})")},
+      {"group without members", data(R"([{"name":"Work"}])")},
+      {"member no string", data(R"([{"name":"W","bundleIds":["a",1]}])")},
+      {"no JSON", data("[{\"name\"")},
   };
   for (const StoredCase& c : cases) {
     SCOPED_TRACE(c.name);
@@ -77,10 +60,6 @@ TEST(PreferencesTest, UnusableStoredValuesReadAsDefaults) {
 TEST(PreferencesTest, WritesNormalisedValues) {
   FakeDesktop desktop;
   const Preferences preferences(desktop);
-  preferences.setPanelColumns(0);
-  EXPECT_EQ(desktop.defaults["panelColumns"], DefaultsValue(std::int64_t{1}));
-  preferences.setPanelColumns(50);
-  EXPECT_EQ(desktop.defaults["panelColumns"], DefaultsValue(std::int64_t{20}));
   preferences.setPanelIconStyle(PanelIconStyle::statusIcon);
   EXPECT_EQ(desktop.defaults["panelIconStyle"], DefaultsValue(std::string("statusIcon")));
   preferences.setHandleIconStyle(HandleIconStyle::mono);

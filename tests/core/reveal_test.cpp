@@ -111,6 +111,7 @@ TEST_F(RevealTest, CapturePassActsOnlyForMissingPictures) {
   desktop.trusted = true;
   desktop.loop.advance(1s);
   EXPECT_EQ(captures(), 0u);
+  EXPECT_EQ(desktop.accessPrompts + desktop.capture.requests, 0) << "nothing is asked";
 
   controller().captureHiddenIcons();  // on screen: taken as it stands
   EXPECT_EQ(boundaryLength(), collapsed);

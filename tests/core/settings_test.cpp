@@ -232,7 +232,6 @@ TEST_F(SettingsTest, UnknownVersionsAreQuestionMarks) {
   const SettingsView& view = open();
   EXPECT_EQ(view.versionDescription(), "? (?)");
   desktop.bundle["CFBundleShortVersionString"] = "1.4";
-  EXPECT_EQ(view.versionDescription(), "1.4 (?)");
   desktop.bundle["CFBundleVersion"] = "27";
   EXPECT_EQ(view.versionDescription(), "1.4 (27)");
 }

@@ -166,21 +166,6 @@ TEST_F(ActivationTest, IconsWithoutAReadableMenuOpenTheirOwnBelowTheEntry) {
   EXPECT_EQ(native("tarnwick.handle")->frame.center().toPoint(), handle);
 }
 
-TEST_F(ActivationTest, TwoPressesInARowShowOneMenu) {
-  Program& client = *begin({fake}, {"--menu-slow", "150"})[0];
-  pressEntry();
-  pressEntry();
-  ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
-  EXPECT_TRUE(waitFor([&] { return times(client, "Event 0 opened") == 2; }));
-  letPass(600ms);
-  EXPECT_EQ(menus().size(), 1U);
-  xdotool("key o Return");
-  EXPECT_TRUE(waitFor([&] { return said(client, "Event 1 clicked"); }))
-      << client.output().toStdString();
-  EXPECT_FALSE(menuIsOpen());
-  EXPECT_TRUE(waitFor([&] { return times(client, "Event 0 closed") == 2; }));
-}
-
 TEST_F(ActivationTest, KeysAndPointerWorkInAMenuFourLevelsDeep) {
   Program& client = *begin({fake}, {"--menu-depth", "3", "--lazy-menu"})[0];
   struct Case {
@@ -324,18 +309,6 @@ TEST_F(ActivationTest, MenuWaitsAMomentForItsTurnAndGivesUp) {
     xdotool("key q Return");
     return said(client, "Event 7 clicked");
   }));
-}
-
-TEST_F(ActivationTest, PassWhileAMenuIsOpenLeavesItAlone) {
-  Program& client = *begin({fake, gxkb})[0];
-  startClients({diodon});
-  openMenu(0, 2);
-  ASSERT_TRUE(hide(diodon));
-  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(diodon); })) << row();
-  EXPECT_EQ(menus().size(), 1U);
-  EXPECT_FALSE(said(client, "Event 0 closed"));
-  xdotool("key q Return");
-  EXPECT_TRUE(waitFor([&] { return said(client, "Event 7 clicked"); }));
 }
 
 }  // namespace

@@ -28,17 +28,17 @@ constexpr auto menuInterface = "com.canonical.dbusmenu";
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 
 QList<Pixmap> pixmaps(const Options& options, uint colour) {
-  const int width = options.iconWidth > 0 ? options.iconWidth : options.iconSide;
+  const int side = options.iconSide;
   QByteArray bytes;
-  for (int y = 0; y < options.iconSide; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const bool frame = x == 0 || y == 0 || x == width - 1 || y == options.iconSide - 1;
+  for (int y = 0; y < side; ++y) {
+    for (int x = 0; x < side; ++x) {
+      const bool frame = x == 0 || y == 0 || x == side - 1 || y == side - 1;
       const uint pixel = frame ? 0xff000000 | ~colour : colour;
       for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(pixel >> shift);
     }
   }
-  if (options.wrongBytes) bytes.chop(options.iconSide);
-  return {{width, options.iconSide, bytes}};
+  if (options.wrongBytes) bytes.chop(side);
+  return {{side, side, bytes}};
 }
 
 // One item and its menu, at any path.
@@ -46,8 +46,7 @@ class Item {
  public:
   Item(QDBusConnection bus, const Options& options, int number)
       : bus_(std::move(bus)), options_(options), number_(number), menu_(options.menuOptions) {
-    const bool byPath = options.registration == "path";
-    path_ = byPath ? "/org/ayatana/NotificationItem/fake" : "/StatusNotifierItem";
+    path_ = "/StatusNotifierItem";
     if (number > 1) path_ += QString::number(number);
     menuPath_ = path_ + "/Menu";
     properties_ = options.properties;
@@ -55,7 +54,7 @@ class Item {
       properties_["Id"] = properties_["Id"].toString() + QString::number(number);
     }
     if (options.iconSide > 0) {
-      properties_["IconPixmap"] = QVariant::fromValue(pixmaps(options, options.colour));
+      properties_["IconPixmap"] = QVariant::fromValue(pixmaps(options, 0xffcc2222));
     }
     if (options.menu != "none") {
       properties_["Menu"] = QVariant::fromValue(QDBusObjectPath(menuPath_));
@@ -78,17 +77,23 @@ class Item {
     bus_.send(signal);
   }
 
-  void set(const QString& property, const QVariant& value, const QString& signal) {
-    properties_[property] = value;
-    emitSignal(signal, property == "Status" ? QVariantList{value} : QVariantList{});
-  }
-
   void setColour(uint colour) {
-    set("IconPixmap", QVariant::fromValue(pixmaps(options_, colour)), "NewIcon");
+    properties_["IconPixmap"] = QVariant::fromValue(pixmaps(options_, colour));
+    emitSignal("NewIcon");
   }
 
-  fake::Menu& menu() { return menu_; }
-  void emitLayoutUpdated() {
+  void setIconName(const QString& name) {
+    properties_["IconName"] = name;
+    emitSignal("NewIcon");
+  }
+
+  void setStatus(const QString& status) {
+    properties_["Status"] = status;
+    emitSignal("NewStatus", {status});
+  }
+
+  void renumberMenu() {
+    menu_.renumber();
     QDBusMessage signal = QDBusMessage::createSignal(menuPath_, menuInterface, "LayoutUpdated");
     signal.setArguments({1U, 0});
     bus_.send(signal);
@@ -103,7 +108,6 @@ class Item {
       return handleProperties(message);
     }
     if (interface != itemInterface) return false;
-    if (options_.noActivate && member == "Activate") return false;
     const QVariantList arguments = message.arguments();
     QString line = member;
     for (const QVariant& argument : arguments) line += ' ' + argument.toString();
@@ -129,7 +133,6 @@ class Item {
   }
 
   bool handleProperties(const QDBusMessage& message) {
-    if (options_.verbose) say(message.member());
     if (options_.neverAnswer) return true;
     if (message.member() == "GetAll") {
       if (options_.noGetAll) return false;
@@ -170,10 +173,7 @@ class Item {
       return true;
     }
     if (member != "GetLayout") return false;
-    QElapsedTimer clock;
-    clock.start();
     answer(message, {1U, QVariant::fromValue(menu_.layout(id))}, options.slowMs);
-    if (options_.verbose) say("built in " + QString::number(clock.elapsed()) + " ms");
     return true;
   }
 
@@ -193,37 +193,18 @@ class Client : public QDBusVirtualObject {
     for (int i = 1; i <= options.items; ++i) {
       items_.push_back(std::make_unique<Item>(bus_, options, i));
     }
-    exportItems(true);
+    bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
   }
 
   const std::vector<std::unique_ptr<Item>>& items() const { return items_; }
 
-  void exportItems(bool on) {
-    exported_ = on;
-    if (on) {
-      bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
-    } else {
-      bus_.unregisterObject("/", QDBusConnection::UnregisterTree);
-    }
-  }
+  void unexport() { bus_.unregisterObject("/", QDBusConnection::UnregisterTree); }
 
   void registerItems() {
     for (const auto& item : items_) {
       QString argument = bus_.baseService();
-      if (options_.registration == "path") {
-        argument = item->path();
-      } else if (options_.registration == "name") {
-        argument =
-            QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
-        bus_.registerService(argument);
-      } else if (options_.registration == "both") {
-        argument += item->path();
-      } else if (options_.registration != "unique") {
-        argument = options_.registration;
-      }
-      if (item->path().back().isDigit() && options_.registration == "unique") {
-        argument += item->path();
-      }
+      const bool isFurther = item->path().back().isDigit();
+      if (options_.registration == "both" || isFurther) argument += item->path();
       for (int i = 0; i <= options_.registerAgain; ++i) item->registerAt(argument);
     }
   }
@@ -259,7 +240,6 @@ class Client : public QDBusVirtualObject {
   QDBusConnection bus_;
   const Options& options_;
   std::vector<std::unique_ptr<Item>> items_;
-  bool exported_ = false;
 };
 
 class Program : public QObject {
@@ -267,16 +247,11 @@ class Program : public QObject {
 
  public:
   explicit Program(Options options) : options_(std::move(options)) {
-    for (int i = 0; i < options_.connections; ++i) {
-      auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QString::number(i));
-      clients_.push_back(std::make_unique<Client>(bus, options_));
-    }
-    for (const auto& client : clients_) client->registerItems();
-    QDBusConnection first("0");
-    QDBusConnection("0").connect("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                 "org.freedesktop.DBus", "NameOwnerChanged", {watcherService},
-                                 QString(), this, SLOT(onWatcher(QString, QString, QString)));
-    std::printf("ready %s\n", qPrintable(first.baseService()));
+    client_.registerItems();
+    bus_.connect("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                 "NameOwnerChanged", {watcherService}, QString(), this,
+                 SLOT(onWatcher(QString, QString, QString)));
+    std::printf("ready %s\n", qPrintable(bus_.baseService()));
     std::fflush(stdout);
     if (options_.stormHz > 0) {
       storm_.callOnTimeout(this, &Program::storm);
@@ -284,7 +259,7 @@ class Program : public QObject {
       stormClock_.start();
     }
     if (options_.unexportAfterMs > 0) {
-      QTimer::singleShot(options_.unexportAfterMs, this, [this] { exportAll(false); });
+      QTimer::singleShot(options_.unexportAfterMs, this, [this] { client_.unexport(); });
     }
     if (options_.quitAfterMs > 0) {
       QTimer::singleShot(options_.quitAfterMs, qApp, &QCoreApplication::quit);
@@ -294,16 +269,11 @@ class Program : public QObject {
 
  private slots:
   void onWatcher(const QString&, const QString&, const QString& now) {
-    if (now.isEmpty() || !options_.reregister) return;
-    for (const auto& client : clients_) client->registerItems();
+    if (!now.isEmpty()) client_.registerItems();
   }
 
  private:
-  Item& first() { return *clients_.front()->items().front(); }
-
-  void exportAll(bool on) {
-    for (const auto& client : clients_) client->exportItems(on);
-  }
+  Item& first() { return *client_.items().front(); }
 
   // As many signals as the clock says are due.
   void storm() {
@@ -328,27 +298,16 @@ class Program : public QObject {
     } while (std::cin.rdbuf()->in_avail() > 0);
   }
 
-  void obey(const QString& text) {
-    const QString command = text.section(' ', 0, 0);
-    const QString argument = text.section(' ', 1);
-    Item& item = first();
-    if (command == "title") item.set("Title", argument, "NewTitle");
-    if (command == "status") item.set("Status", argument, "NewStatus");
-    if (command == "label") item.set("XAyatanaLabel", argument, "XAyatanaNewLabel");
-    if (command == "icon-name") item.set("IconName", argument, "NewIcon");
-    if (command == "colour") item.setColour(argument.toUInt(nullptr, 16));
-    if (command == "register") clients_.front()->registerItems();
-    if (command == "export") exportAll(true);
-    if (command == "unexport") exportAll(false);
-    if (command == "quit") QCoreApplication::quit();
-    if (command == "menu-grow") item.menu().grow(argument.toInt());
-    if (command == "menu-relabel") item.menu().relabel(argument);
-    if (command == "menu-renumber") item.menu().renumber();
-    if (command.startsWith("menu-")) item.emitLayoutUpdated();
+  void obey(const QString& line) {
+    const QString argument = line.section(' ', 1);
+    if (line.startsWith("icon-name ")) first().setIconName(argument);
+    if (line.startsWith("status ")) first().setStatus(argument);
+    if (line == "menu-renumber") first().renumberMenu();
   }
 
   Options options_;
-  std::vector<std::unique_ptr<Client>> clients_;
+  QDBusConnection bus_ = QDBusConnection::sessionBus();
+  Client client_{bus_, options_};
   QTimer storm_;
   QElapsedTimer stormClock_;
   qint64 stormSent_ = 0;

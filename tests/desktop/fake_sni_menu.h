@@ -50,8 +50,6 @@ class Menu {
   const MenuOptions& options() const { return options_; }
   // New ids for everything.
   void renumber() { base_ += 100'000; }
-  void relabel(const QString& suffix) { suffix_ = suffix; }
-  void grow(int by) { options_.entries += by; }
   void setAboutToShow(int id) { shown_ << id - (id == 0 ? 0 : base_); }
 
   MenuNode layout(int parent) const {
@@ -80,7 +78,7 @@ class Menu {
     const QString label = key("label");
     switch (i) {
       case 1:
-        return entry(i, {{label, key("_Open & show__it") + suffix_}});
+        return entry(i, {{label, key("_Open & show__it")}});
       case 2:
         return entry(i, {{label, key("_Check")},
                          {key("toggle-type"), key("checkmark")},
@@ -115,7 +113,6 @@ class Menu {
   }
 
   MenuOptions options_;
-  QString suffix_;
   QList<int> shown_;
   int base_ = 0;
 };

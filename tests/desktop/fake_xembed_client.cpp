@@ -4,15 +4,15 @@
 #include <unistd.h>
 #include <xcb/xcb.h>
 
+#include <QCommandLineParser>
+#include <QCoreApplication>
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -25,41 +25,13 @@ using Owned = std::unique_ptr<T, Free>;
 struct Options {
   int depth = 32;
   int size = 24;
-  int count = 1;
   std::uint32_t colour = 0xffcc2222;
   std::string name = "fake-xembed";
   bool resizeLoop = false;
   bool dieBetween = false;
   bool dieDocked = false;
-  bool xembedInfo = true;
   bool parentRelative = false;
   bool unmapped = false;
-  bool paintStorm = false;
-  bool propertyStorm = false;
-};
-
-constexpr const char* help =
-    "--depth=24|32    of the icon's visual (32)\n"
-    "--size=N         side the icon asks for (24)\n"
-    "--colour=N       AARRGGBB in hex, premultiplied (ffcc2222); a transparent frame stays around "
-    "it\n"
-    "--count=N        icons of this process (1)\n"
-    "--name=TEXT      WM_CLASS instance and title (fake-xembed); further icons get -2, -3 ...\n"
-    "--parent-relative  shows its parent around its picture, not black (depth 24)\n"
-    "--unmapped       _XEMBED_INFO says not mapped; standard input: `map`, `unmap`\n"
-    "--no-xembed-info no such property\n"
-    "--resize-loop    asks for another size all the time\n"
-    "--paint-storm    paints all the time\n"
-    "--property-storm changes its title all the time\n"
-    "--die-between    ends right after asking to be docked\n"
-    "--die-docked     ends once docked\n"
-    "Standard input: `colour AARRGGBB` paints anew, `title TEXT`, `quit`.\n";
-
-struct Icon {
-  xcb_window_t window = 0;
-  std::uint16_t width = 0;
-  std::uint16_t height = 0;
-  bool docked = false;
 };
 
 class Client {
@@ -81,7 +53,7 @@ class Client {
   }
 
   int run() {
-    if (!createIcons()) {
+    if (!createIcon()) {
       std::fprintf(stderr, "no visual of depth %d\n", options_.depth);
       return 1;
     }
@@ -89,11 +61,10 @@ class Client {
     while (!xcb_connection_has_error(server_)) {
       while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(server_)}) handle(event.get());
       if (quit_) return 0;
-      const bool busy = options_.resizeLoop || options_.paintStorm || options_.propertyStorm;
-      if (busy) storm();
+      if (options_.resizeLoop) resize();
       xcb_flush(server_);
       pollfd waits[] = {{xcb_get_file_descriptor(server_), POLLIN, 0}, {stdin_, POLLIN, 0}};
-      poll(waits, 2, busy ? 1 : -1);
+      poll(waits, 2, options_.resizeLoop ? 1 : -1);
       if (waits[1].revents) readCommands();
     }
     return 0;
@@ -118,51 +89,45 @@ class Client {
     return 0;
   }
 
-  bool createIcons() {
+  bool createIcon() {
     const auto id = visual();
     if (id == 0) return false;
     const auto colormap = xcb_generate_id(server_);
     xcb_create_colormap(server_, XCB_COLORMAP_ALLOC_NONE, colormap, screen_->root, id);
-    for (int i = 0; i < options_.count; ++i) {
-      Icon icon;
-      icon.window = xcb_generate_id(server_);
-      const auto side = static_cast<std::uint16_t>(options_.size);
-      const std::uint32_t values[] = {0, 0,
-                                      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-                                          XCB_EVENT_MASK_BUTTON_PRESS |
-                                          XCB_EVENT_MASK_BUTTON_RELEASE |
-                                          XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW,
-                                      colormap};
-      xcb_create_window(
-          server_, static_cast<std::uint8_t>(options_.depth), icon.window, screen_->root, 0, 0,
-          side, side, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, id,
-          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP, values);
-      if (options_.parentRelative) {
-        const std::uint32_t background = XCB_BACK_PIXMAP_PARENT_RELATIVE;
-        xcb_change_window_attributes(server_, icon.window, XCB_CW_BACK_PIXMAP, &background);
-      }
-      const std::string name = i == 0 ? options_.name : options_.name + "-" + std::to_string(i + 1);
-      std::string windowClass = name + '\0' + "FakeXembed" + '\0';
-      setText(icon.window, XCB_ATOM_WM_CLASS, windowClass);
-      setText(icon.window, XCB_ATOM_WM_NAME, name);
-      const auto pid = static_cast<std::uint32_t>(getpid());
-      xcb_change_property(server_, XCB_PROP_MODE_REPLACE, icon.window, pid_, XCB_ATOM_CARDINAL, 32,
-                          1, &pid);
-      if (options_.xembedInfo) setMapped(icon.window, !options_.unmapped);
-      if (i == 0) xcb_create_gc(server_, gc_, icon.window, 0, nullptr);
-      icons_.push_back(icon);
+    const auto side = static_cast<std::uint16_t>(options_.size);
+    const std::uint32_t values[] = {0, 0,
+                                    XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                        XCB_EVENT_MASK_BUTTON_PRESS |
+                                        XCB_EVENT_MASK_BUTTON_RELEASE |
+                                        XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW,
+                                    colormap};
+    icon_ = xcb_generate_id(server_);
+    xcb_create_window(server_, static_cast<std::uint8_t>(options_.depth), icon_, screen_->root, 0,
+                      0, side, side, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, id,
+                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+                      values);
+    if (options_.parentRelative) {
+      const std::uint32_t background = XCB_BACK_PIXMAP_PARENT_RELATIVE;
+      xcb_change_window_attributes(server_, icon_, XCB_CW_BACK_PIXMAP, &background);
     }
+    setText(XCB_ATOM_WM_CLASS, options_.name + '\0' + "FakeXembed" + '\0');
+    setText(XCB_ATOM_WM_NAME, options_.name);
+    const auto pid = static_cast<std::uint32_t>(getpid());
+    xcb_change_property(server_, XCB_PROP_MODE_REPLACE, icon_, pid_, XCB_ATOM_CARDINAL, 32, 1,
+                        &pid);
+    setMapped(!options_.unmapped);
+    xcb_create_gc(server_, gc_, icon_, 0, nullptr);
     return true;
   }
 
-  void setText(xcb_window_t window, xcb_atom_t property, const std::string& text) {
-    xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_STRING, 8,
+  void setText(xcb_atom_t property, const std::string& text) {
+    xcb_change_property(server_, XCB_PROP_MODE_REPLACE, icon_, property, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(text.size()), text.data());
   }
 
-  void setMapped(xcb_window_t window, bool mapped) {
+  void setMapped(bool mapped) {
     const std::uint32_t info[] = {0, mapped ? 1U : 0U};
-    xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, xembedInfo_, xembedInfo_, 32, 2,
+    xcb_change_property(server_, XCB_PROP_MODE_REPLACE, icon_, xembedInfo_, xembedInfo_, 32, 2,
                         info);
   }
 
@@ -173,61 +138,56 @@ class Client {
       say("no manager");
       return;
     }
-    for (const auto& icon : icons_) {
-      xcb_client_message_event_t event{};
-      event.response_type = XCB_CLIENT_MESSAGE;
-      event.format = 32;
-      event.window = owner->owner;
-      event.type = opcode_;
-      event.data.data32[2] = icon.window;
-      char raw[32]{};
-      std::memcpy(raw, &event, sizeof event);
-      xcb_send_event(server_, 0, owner->owner, XCB_EVENT_MASK_NO_EVENT, raw);
-    }
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = owner->owner;
+    event.type = opcode_;
+    event.data.data32[2] = icon_;
+    char raw[32]{};
+    std::memcpy(raw, &event, sizeof event);
+    xcb_send_event(server_, 0, owner->owner, XCB_EVENT_MASK_NO_EVENT, raw);
     say("asked to dock");
     if (!options_.dieBetween) return;
-    for (const auto& icon : icons_) xcb_destroy_window(server_, icon.window);
+    xcb_destroy_window(server_, icon_);
     quit_ = true;
   }
 
-  void paint(const Icon& icon) {
-    xcb_clear_area(server_, 0, icon.window, 0, 0, 0, 0);
+  void paint() {
+    xcb_clear_area(server_, 0, icon_, 0, 0, 0, 0);
     const std::uint32_t foreground = options_.colour;
     xcb_change_gc(server_, gc_, XCB_GC_FOREGROUND, &foreground);
     const auto inner = [](std::uint16_t side) {
       return static_cast<std::uint16_t>(side > 4 ? side - 4 : side);
     };
-    const xcb_rectangle_t rectangle{2, 2, inner(icon.width), inner(icon.height)};
-    xcb_poly_fill_rectangle(server_, icon.window, gc_, 1, &rectangle);
+    const xcb_rectangle_t rectangle{2, 2, inner(width_), inner(height_)};
+    xcb_poly_fill_rectangle(server_, icon_, gc_, 1, &rectangle);
   }
 
   void handle(const xcb_generic_event_t* event) {
     const void* raw = event;
     switch (event->response_type & 0x7f) {
-      case XCB_EXPOSE: {
-        auto* icon = find(static_cast<const xcb_expose_event_t*>(raw)->window);
-        if (icon) paint(*icon);
+      case XCB_EXPOSE:
+        paint();
         break;
-      }
       case XCB_CONFIGURE_NOTIFY: {
         const auto* change = static_cast<const xcb_configure_notify_event_t*>(raw);
-        auto* icon = find(change->window);
-        if (!icon) break;
-        icon->width = change->width;
-        icon->height = change->height;
+        if (change->window != icon_) break;
+        width_ = change->width;
+        height_ = change->height;
         if (!options_.resizeLoop) say("size %d %d", change->width, change->height);
         break;
       }
       case XCB_REPARENT_NOTIFY: {
         const auto* change = static_cast<const xcb_reparent_notify_event_t*>(raw);
-        if (find(change->window) && change->parent == screen_->root) say("reparented to root");
+        if (change->window == icon_ && change->parent == screen_->root) say("reparented to root");
         break;
       }
       case XCB_MAP_NOTIFY:
-        if (find(static_cast<const xcb_map_notify_event_t*>(raw)->window)) say("mapped");
+        if (static_cast<const xcb_map_notify_event_t*>(raw)->window == icon_) say("mapped");
         break;
       case XCB_UNMAP_NOTIFY:
-        if (find(static_cast<const xcb_unmap_notify_event_t*>(raw)->window)) say("unmapped");
+        if (static_cast<const xcb_unmap_notify_event_t*>(raw)->window == icon_) say("unmapped");
         break;
       case XCB_BUTTON_PRESS:
       case XCB_BUTTON_RELEASE: {
@@ -256,34 +216,22 @@ class Client {
       say("manager");
       askToDock();
     } else if (event->type == xembed_ && event->data.data32[1] == 0) {
-      auto* icon = find(event->window);
-      if (!icon) return;
       const Owned<xcb_get_geometry_reply_t> geometry{
-          xcb_get_geometry_reply(server_, xcb_get_geometry(server_, icon->window), nullptr)};
+          xcb_get_geometry_reply(server_, xcb_get_geometry(server_, icon_), nullptr)};
       if (!geometry) return;
-      icon->width = geometry->width;
-      icon->height = geometry->height;
+      width_ = geometry->width;
+      height_ = geometry->height;
       say("docked %d %d", geometry->width, geometry->height);
       if (options_.dieDocked) quit_ = true;
     }
   }
 
-  void storm() {
+  void resize() {
     for (int i = 0; i < 20; ++i) {
-      for (const auto& icon : icons_) {
-        if (options_.resizeLoop) {
-          const std::uint32_t side = 16 + static_cast<std::uint32_t>(++round_ % 300);
-          const std::uint32_t values[] = {side, side};
-          xcb_configure_window(server_, icon.window,
-                               XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
-        }
-        if (options_.paintStorm) {
-          options_.colour = 0xff000000 | (++round_ * 7919U & 0xffffff);
-          paint(icon);
-        }
-        if (options_.propertyStorm)
-          setText(icon.window, XCB_ATOM_WM_NAME, "title " + std::to_string(++round_));
-      }
+      const std::uint32_t side = 16 + ++round_ % 300;
+      const std::uint32_t values[] = {side, side};
+      xcb_configure_window(server_, icon_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                           values);
     }
   }
 
@@ -303,22 +251,12 @@ class Client {
 
   void obey(const std::string& command) {
     const auto argument = command.substr(std::min(command.size(), command.find(' ') + 1));
-    for (const auto& icon : icons_) {
-      if (command == "map" || command == "unmap") setMapped(icon.window, command == "map");
-      if (command.starts_with("title ")) setText(icon.window, XCB_ATOM_WM_NAME, argument);
-      if (command.starts_with("colour ")) {
-        options_.colour = static_cast<std::uint32_t>(std::stoul(argument, nullptr, 16));
-        paint(icon);
-      }
+    if (command == "map" || command == "unmap") setMapped(command == "map");
+    if (command.starts_with("title ")) setText(XCB_ATOM_WM_NAME, argument);
+    if (command.starts_with("colour ")) {
+      options_.colour = static_cast<std::uint32_t>(std::stoul(argument, nullptr, 16));
+      paint();
     }
-    if (command == "quit") quit_ = true;
-  }
-
-  Icon* find(xcb_window_t window) {
-    for (auto& icon : icons_) {
-      if (icon.window == window) return &icon;
-    }
-    return nullptr;
   }
 
   template <class... Values>
@@ -333,7 +271,9 @@ class Client {
   Options options_;
   xcb_atom_t tray_, opcode_, manager_, xembed_, xembedInfo_, pid_;
   xcb_gcontext_t gc_ = 0;
-  std::vector<Icon> icons_;
+  xcb_window_t icon_ = 0;
+  std::uint16_t width_ = 0;
+  std::uint16_t height_ = 0;
   std::string commands_;
   int stdin_ = STDIN_FILENO;
   std::uint32_t round_ = 0;
@@ -343,42 +283,33 @@ class Client {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  const std::map<std::string, bool*> switches = {{"--parent-relative", &options.parentRelative},
-                                                 {"--unmapped", &options.unmapped},
-                                                 {"--resize-loop", &options.resizeLoop},
-                                                 {"--paint-storm", &options.paintStorm},
-                                                 {"--property-storm", &options.propertyStorm},
-                                                 {"--die-between", &options.dieBetween},
-                                                 {"--die-docked", &options.dieDocked}};
-  for (int i = 1; i < argc; ++i) {
-    const std::string argument = argv[i];
-    const auto equals = argument.find('=');
-    const std::string name = argument.substr(0, equals);
-    // --name=value or --name value
-    const auto value = [&]() -> std::string {
-      if (equals != std::string::npos) return argument.substr(equals + 1);
-      return i + 1 < argc ? argv[++i] : "0";
-    };
-    if (const auto found = switches.find(name); found != switches.end()) {
-      *found->second = true;
-    } else if (name == "--no-xembed-info") {
-      options.xembedInfo = false;
-    } else if (name == "--depth") {
-      options.depth = std::stoi(value());
-    } else if (name == "--size") {
-      options.size = std::stoi(value());
-    } else if (name == "--colour") {
-      options.colour = static_cast<std::uint32_t>(std::stoul(value(), nullptr, 16));
-    } else if (name == "--count") {
-      options.count = std::stoi(value());
-    } else if (name == "--name") {
-      options.name = value();
-    } else {
-      std::fputs(help, stdout);
-      return name == "--help" ? 0 : 2;
-    }
-  }
+  const QCoreApplication application(argc, argv);
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Standard input: colour AARRGGBB, title TEXT, map, unmap.");
+  parser.addHelpOption();
+  parser.addOptions({
+      {"depth", "of the icon's visual: 24 or 32", "bits", "32"},
+      {"size", "side the icon asks for", "n", "24"},
+      {"colour", "AARRGGBB, premultiplied; a transparent frame stays around it", "hex", "ffcc2222"},
+      {"name", "WM_CLASS instance and title", "text", "fake-xembed"},
+      {"parent-relative", "shows its parent around its picture, not black (depth 24)"},
+      {"unmapped", "_XEMBED_INFO says not mapped"},
+      {"resize-loop", "asks for another size all the time"},
+      {"die-between", "ends right after asking to be docked"},
+      {"die-docked", "ends once docked"},
+  });
+  parser.process(application);
+  const Options options{
+      .depth = parser.value("depth").toInt(),
+      .size = parser.value("size").toInt(),
+      .colour = parser.value("colour").toUInt(nullptr, 16),
+      .name = parser.value("name").toStdString(),
+      .resizeLoop = parser.isSet("resize-loop"),
+      .dieBetween = parser.isSet("die-between"),
+      .dieDocked = parser.isSet("die-docked"),
+      .parentRelative = parser.isSet("parent-relative"),
+      .unmapped = parser.isSet("unmapped"),
+  };
   int screenNumber = 0;
   xcb_connection_t* server = xcb_connect(nullptr, &screenNumber);
   if (xcb_connection_has_error(server)) {

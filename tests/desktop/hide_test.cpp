@@ -53,42 +53,5 @@ TEST_F(HideTest, ApplicationStartedLaterIsPutAwayThreeSecondsAfterItsLaunch) {
   EXPECT_TRUE(hidden(gxkb)) << row();
 }
 
-TEST_F(HideTest, AllItemsOfAnApplicationGoTogether) {
-  const Client twoNotifiers{"fake_sni_client", "fake_sni_client"};
-  const Client twoIcons{"fake_xembed_client", "fake_xembed_client"};
-  grantUtility();
-  startBar();
-  startClients({parcellite});
-  desktop.start("fake_sni_client", {"--items", "2"});
-  desktop.start("fake_xembed_client", {"--count", "2"});
-  ASSERT_TRUE(waitFor([&] {
-    return bar.itemsOf(twoNotifiers.bundleId).size() == 2 &&
-           bar.itemsOf(twoIcons.bundleId).size() == 2 && shown(twoNotifiers) && shown(twoIcons);
-  })) << row();
-  startUtility();
-  for (const Client& client : {twoNotifiers, twoIcons}) {
-    ASSERT_TRUE(hide(client));
-    EXPECT_TRUE(waitFor([&] { return collapsed() && hidden(client); })) << row();
-  }
-  for (const Client& client : {twoNotifiers, twoIcons}) {
-    ASSERT_TRUE(release(client));
-    EXPECT_TRUE(waitFor([&] { return shown(client); })) << row();
-  }
-  EXPECT_TRUE(shown(parcellite));
-}
-
-TEST_F(HideTest, PassAskedForDuringAPassIsDropped) {
-  grantUtility();
-  startBar();
-  startClients({gxkb, parcellite});
-  startUtility();
-  ASSERT_TRUE(hide(gxkb));
-  ASSERT_TRUE(hide(parcellite));  // stored, but the pass under way knows nothing of it
-  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(gxkb); })) << row();
-  EXPECT_TRUE(shown(parcellite)) << row();
-  ASSERT_TRUE(hide(parcellite));
-  EXPECT_TRUE(waitFor([&] { return collapsed() && hidden(parcellite); })) << row();
-}
-
 }  // namespace
 }  // namespace tarnwick::test

@@ -110,12 +110,6 @@ quint64 BarProxy::addItem(const QString& autosaveName, double length) {
   return answer.isEmpty() || !error_.isEmpty() ? 0 : answer.first().toULongLong();
 }
 
-void BarProxy::setLength(quint64 id, double length) {
-  call("SetLength", {id, length});
-}
-void BarProxy::removeItem(quint64 id) {
-  call("RemoveItem", {id});
-}
 void BarProxy::press(quint64 id) {
   call("Press", {id});
 }

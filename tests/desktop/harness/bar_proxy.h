@@ -63,8 +63,6 @@ class BarProxy {
   bool hasAccess(const QString& capability);
   bool requestAccess(const QString& capability);  // asks the user and waits for the answer
   quint64 addItem(const QString& autosaveName, double length);
-  void setLength(quint64 id, double length);
-  void removeItem(quint64 id);
   void press(quint64 id);
   struct Picture {
     uint width = 0;

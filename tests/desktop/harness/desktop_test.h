@@ -13,8 +13,6 @@ namespace tarnwick::test {
 // A test with a desktop of its own. Shows what the desktop's programs printed when it fails.
 class DesktopTest : public testing::Test {
  protected:
-  explicit DesktopTest(const PrivateDesktop::Parts& parts = {}) : desktop(parts) {}
-
   void SetUp() override { ASSERT_EQ(desktop.failure(), QString()); }
   void TearDown() override {
     if (HasFailure()) {

@@ -66,9 +66,7 @@ constexpr auto busConfiguration = R"(<!DOCTYPE busconfig PUBLIC
 
 }  // namespace
 
-PrivateDesktop::PrivateDesktop() : PrivateDesktop(Parts()) {}
-
-PrivateDesktop::PrivateDesktop(const Parts& parts)
+PrivateDesktop::PrivateDesktop(QSize screen)
     : root_(QDir::tempPath() + "/tarnwick-XXXXXX"),
       marker_(QUuid::createUuid().toString(QUuid::WithoutBraces)),
       environment_(QProcessEnvironment::systemEnvironment()),
@@ -99,14 +97,10 @@ PrivateDesktop::PrivateDesktop(const Parts& parts)
   setVariable("GTK_USE_PORTAL", "0");
   setVariable(markerVariable, marker_);
 
-  if (parts.bus) {
-    startBus();
-  }
-  if (parts.xServer) {
-    startServer(parts.screen);
-    if (parts.windowManager && failure_.isEmpty()) {
-      startWindowManager();
-    }
+  startBus();
+  startServer(screen);
+  if (failure_.isEmpty()) {
+    startWindowManager();
   }
 }
 
@@ -216,10 +210,6 @@ qint64 PrivateDesktop::ownerOf(const QString& name) const {
 
 QString PrivateDesktop::folder(const QString& name) const {
   return root_.filePath(name);
-}
-
-QString PrivateDesktop::services() const {
-  return root_.filePath("services");
 }
 
 QString PrivateDesktop::pathOf(const QString& name) {

@@ -21,15 +21,7 @@ namespace tarnwick::test {
 // Everything that was started on it ends with it.
 class PrivateDesktop {
  public:
-  struct Parts {
-    bool xServer = true;
-    bool windowManager = true;
-    bool bus = true;
-    QSize screen{1280, 800};  // pixels
-  };
-
-  PrivateDesktop();
-  explicit PrivateDesktop(const Parts& parts);
+  explicit PrivateDesktop(QSize screen = {1280, 800});  // pixels
   ~PrivateDesktop();
   PrivateDesktop(const PrivateDesktop&) = delete;
   PrivateDesktop& operator=(const PrivateDesktop&) = delete;
@@ -52,7 +44,6 @@ class PrivateDesktop {
 
   QString display() const { return display_; }
   QString folder(const QString& name) const;  // "home", "config", "data", "state" or "runtime"
-  QString services() const;                   // the bus reads its .service files from this folder
 
   // Path of a program that start() would run.
   static QString pathOf(const QString& name);
