@@ -49,6 +49,32 @@ TEST_F(CaptureTest, HiddenApplicationsPicturesAreTakenOnTheWayOut) {
   }
 }
 
+TEST_F(CaptureTest, MissingPictureIsTakenInAShortReveal) {
+  grantUtility();
+  startBar();
+  startClients({copyq, parcellite, gxkb});
+  desktop.writeDefaults({{"hiddenBundleIds", {copyq.bundleId, parcellite.bundleId}},
+                         {"panelIconStyle", "statusIcon"}});
+  Program& before = startUtility();
+  const auto settled = [&] { return collapsed() && hidden(copyq) && hidden(parcellite); };
+  ASSERT_TRUE(waitFor(settled)) << row();
+  const QImage old = pictureOf(parcellite);
+  ASSERT_FALSE(old.isNull());
+
+  // Forgotten by the file and by the memory of the process.
+  ASSERT_TRUE(before.terminate());
+  ASSERT_TRUE(QFile::remove(fileOf(parcellite)));
+  ASSERT_TRUE(waitFor([&] { return shown(parcellite); })) << row();
+  startUtility();
+  ASSERT_TRUE(waitFor(settled)) << row();
+  EXPECT_FALSE(QFile::exists(fileOf(parcellite)));
+
+  ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+  EXPECT_TRUE(waitFor([&] { return boundaryLength() == 2 && shown(parcellite); })) << row();
+  EXPECT_TRUE(waitFor([&] { return settled() && QFile::exists(fileOf(parcellite)); })) << row();
+  EXPECT_EQ(pictureOf(parcellite).size(), old.size());
+}
+
 TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsNotPictured) {
   startBar();
   const struct {

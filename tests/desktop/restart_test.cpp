@@ -12,7 +12,7 @@ class RestartTest : public StatusDesktopTest {
     StatusDesktopTest::SetUp();
     grantUtility();
     hideInDefaults({copyq, parcellite});
-    startBar();
+    barProgram = &startBar();
     clients = startClients({copyq, gxkb, parcellite, volumeicon});
     utility = &startUtility();
     ASSERT_TRUE(waitFor([&] { return settled(); })) << row();
@@ -23,6 +23,7 @@ class RestartTest : public StatusDesktopTest {
     return collapsed() && hidden(copyq) && hidden(parcellite) && shown(gxkb) && shown(volumeicon);
   }
 
+  Program* barProgram = nullptr;
   Program* utility = nullptr;
   std::vector<Program*> clients;
   QStringList before;
@@ -55,6 +56,19 @@ TEST_F(RestartTest, HiddenItemsComeBackWithoutTheUtilityAndLeaveAgainWithIt) {
     utility = &startUtility();
     EXPECT_TRUE(waitFor([&] { return settled() && order() == before; })) << row();
   }
+}
+
+TEST_F(RestartTest, EndingBarHandsAllIconsBack) {
+  utility->kill();  // it would start another bar
+  EXPECT_TRUE(barProgram->terminate());
+  EXPECT_EQ(barProgram->exitCode(), 0);
+  for (const Program* client : clients) {
+    EXPECT_TRUE(client->running()) << client->name();
+  }
+  startBar();
+  EXPECT_TRUE(waitFor([&] {
+    return shown(copyq) && shown(parcellite) && shown(gxkb) && shown(volumeicon);
+  })) << row();
 }
 
 TEST_F(RestartTest, RestartedClientGetsItsPlaceBack) {
