@@ -234,7 +234,8 @@ void PrivateDesktop::writeDefaults(const nlohmann::json& defaults) {
 }
 
 nlohmann::json PrivateDesktop::readDefaults() const {
-  return readJson(folder("config") + "/tarnwick/defaults.json");
+  const QString file = folder("config") + "/tarnwick/defaults.json";
+  return QFile::exists(file) ? readJson(file) : nlohmann::json::object();
 }
 
 nlohmann::json PrivateDesktop::readJson(const QString& path) const {

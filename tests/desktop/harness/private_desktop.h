@@ -51,7 +51,7 @@ class PrivateDesktop {
   // Lets an executable use capabilities of the bar; empty takes them away.
   void grant(const QString& executable, const std::vector<std::string>& capabilities);
   void writeDefaults(const nlohmann::json& defaults);
-  nlohmann::json readDefaults() const;
+  nlohmann::json readDefaults() const;  // empty while there is no file
   nlohmann::json readJson(const QString& path) const;
 
   // Asks the running utility for one of its actions: "toggle-panel", "reveal", and of an
