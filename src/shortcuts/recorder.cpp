@@ -46,6 +46,18 @@ RecorderCocoa::~RecorderCocoa() {
   if (std::exchange(isRecording_, false)) tellActive();
 }
 
+std::optional<Name> RecorderCocoa::shortcutName() const {
+  const Name* const name = std::get_if<Name>(&storage_);
+  return name ? std::optional(*name) : std::nullopt;
+}
+
+void RecorderCocoa::setShortcutName(const Name& name) {
+  Name* const present = std::get_if<Name>(&storage_);
+  if (!present || *present == name) return;
+  *present = name;
+  updateStringValue();
+}
+
 std::optional<Shortcut> RecorderCocoa::shortcut() const {
   if (const Name* const name = std::get_if<Name>(&storage_)) return getShortcut(*name);
   return std::get<Binding>(storage_).get();
@@ -60,7 +72,8 @@ void RecorderCocoa::store(const std::optional<Shortcut>& value) {
   if (const Name* const name = std::get_if<Name>(&storage_)) {
     KeyboardShortcuts::setShortcut(value, *name);
   } else {
-    std::get<Binding>(storage_).set(value);
+    const auto set = std::get<Binding>(storage_).set;
+    set(value);
   }
 }
 
@@ -87,12 +100,14 @@ void RecorderCocoa::becomeFirstResponder() {
   tellActive();
 }
 
-void RecorderCocoa::endRecording() {
-  if (!isRecording_) return;
+bool RecorderCocoa::endRecording() {
+  if (!isRecording_) return true;
+  const std::weak_ptr<int> alive = alive_;
   shortcutBeforeRecording_.reset();
   isRecording_ = false;
   updateStringValue();
   tellActive();
+  return !alive.expired();
 }
 
 void RecorderCocoa::preventBecomingKey() {
@@ -105,9 +120,7 @@ void RecorderCocoa::preventBecomingKey() {
 }
 
 void RecorderCocoa::windowDidResignKey() {
-  if (!isRecording_) return;
-  endRecording();
-  field_.resignFirstResponder();
+  if (isRecording_ && endRecording()) field_.resignFirstResponder();
 }
 
 void RecorderCocoa::mouseUp(Point position, Size fieldSize) {
@@ -134,8 +147,7 @@ bool RecorderCocoa::keyDown(const std::optional<InputEvent>& event) {
       return false;
     }
     if (key == Key::escape) {
-      endRecording();
-      field_.resignFirstResponder();
+      if (endRecording()) field_.resignFirstResponder();
       return true;
     }
     if (key == Key::delete_ || key == Key::deleteForward) {
@@ -157,20 +169,21 @@ void RecorderCocoa::record(const Shortcut& candidate, CheckStep from) {
   Checks checks{conflictPolicy, field_.mainMenu(), operatingSystem, validateShortcut, std::nullopt};
   const Name* const name = std::get_if<Name>(&storage_);
   if (name && candidate == shortcutBeforeRecording_) checks.boundName = name->rawValue();
+  const std::weak_ptr<int> alive = alive_;
   const auto conflict = findConflict(candidate, checks, from);
+  if (alive.expired()) return;
   if (!conflict) return accept(candidate);
   const bool warns = conflict->behavior == ConflictBehavior::warn;
   Alert alert{conflict->title, conflict->message, {}};
   if (warns) alert.buttons = {localized("ok"), localized("force_use_shortcut")};
   const auto next = static_cast<CheckStep>(static_cast<int>(conflict->step) + 1);
-  endRecording();
+  if (!endRecording()) return;
   field_.resignFirstResponder();
-  alert_ = field_.present(
-      alert, [this, warns, candidate, next, alive = std::weak_ptr(alive_)](int answer) {
-        if (alive.expired()) return;
-        field_.makeFirstResponder();
-        if (warns && answer == alertSecondButton) record(candidate, next);
-      });
+  alert_ = field_.present(alert, [this, warns, candidate, next, alive](int answer) {
+    if (alive.expired()) return;
+    field_.makeFirstResponder();
+    if (!alive.expired() && warns && answer == alertSecondButton) record(candidate, next);
+  });
 }
 
 bool RecorderCocoa::change(const std::optional<Shortcut>& value) {
@@ -184,10 +197,7 @@ bool RecorderCocoa::change(const std::optional<Shortcut>& value) {
 }
 
 void RecorderCocoa::accept(const Shortcut& accepted) {
-  if (!change(accepted)) return;
-  const std::weak_ptr<int> alive = alive_;
-  endRecording();
-  if (!alive.expired()) field_.resignFirstResponder();
+  if (change(accepted) && endRecording()) field_.resignFirstResponder();
 }
 
 void RecorderCocoa::clear() {

@@ -67,6 +67,10 @@ class RecorderCocoa {
   ValidateShortcut validateShortcut;                     // may be empty
   OperatingSystem operatingSystem{0, 0, isSandboxed()};  // none that needs care, unless told
 
+  // Absent with a binding. Another name's shortcut is shown at once.
+  std::optional<Name> shortcutName() const;
+  void setShortcutName(const Name& name);
+
   std::optional<Shortcut> shortcut() const;
   void setShortcut(const std::optional<Shortcut>& shortcut);
   bool isRecording() const { return isRecording_; }
@@ -78,7 +82,8 @@ class RecorderCocoa {
 
   // What happens to the field.
   void becomeFirstResponder();
-  void endRecording();  // also when the focus has gone elsewhere
+  // Also when the focus has gone elsewhere. False when who is told has taken the recorder away.
+  bool endRecording();
   void preventBecomingKey();
   void windowDidResignKey();
   // True swallows the event. Absent for a press that no shortcut can have.
@@ -96,7 +101,7 @@ class RecorderCocoa {
   void tellActive() const;
 
   RecorderField& field_;
-  const std::variant<Name, Binding> storage_;
+  std::variant<Name, Binding> storage_;
   const OnChange onChange_;
   bool canBecomeKey_ = false;
   bool isRecording_ = false;

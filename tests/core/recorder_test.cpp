@@ -139,6 +139,12 @@ TEST_F(RecorderTest, FollowsWhatAnotherOneRecordsForTheSameName) {
   EXPECT_TRUE(sameField.appearance.hasCancelButton);
   EXPECT_EQ(foreignField.appearance.text, "");
 
+  const Name other("other");
+  other.setShortcut(Shortcut(Key::f5));
+  same.setShortcutName(other);
+  EXPECT_EQ(sameField.appearance.text, "F5");
+  same.setShortcutName(name);
+
   recorder.becomeFirstResponder();
   same.setShortcut(std::nullopt);
   EXPECT_EQ(appearance.text, "");

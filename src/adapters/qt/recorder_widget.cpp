@@ -58,6 +58,7 @@ void RecorderWidget::makeFirstResponder() {
   window()->activateWindow();
   setFocus(Qt::OtherFocusReason);
   awaitsWindow_ = !hasFocus();
+  if (hasFocus()) recorder_.becomeFirstResponder();  // it may have been idle with the focus
 }
 
 void RecorderWidget::resignFirstResponder() {

@@ -94,7 +94,7 @@ bool KeyboardGrab::nativeEventFilter(const QByteArray& type, void* message, qint
   const auto* const event = static_cast<const xcb_key_press_event_t*>(message);
   const std::uint8_t keyCode = event->detail;
   const auto kind = event->response_type & 0x7f;
-  if (kind == XCB_KEY_RELEASE && held_.erase(keyCode) > 0) check();
+  if (kind == XCB_KEY_RELEASE && held_.contains(keyCode)) check();
   if (kind != XCB_KEY_PRESS) return false;
   if (held_.contains(keyCode)) return true;
   if (!handler_) return false;
