@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 constexpr Client menuClient{"fake_sni_client", "fake_sni_client"};
 
-// The utility with super + down for the panel and control + F9 for revealing.
+// The utility with super + down for the panel.
 class ShortcutsTest : public StatusDesktopTest {
  protected:
   void SetUp() override {
@@ -19,9 +19,7 @@ class ShortcutsTest : public StatusDesktopTest {
     startBar();
     desktop.writeDefaults(
         {{"hiddenBundleIds", {menuClient.bundleId}},
-         {"KeyboardShortcuts_togglePanel", R"({"carbonKeyCode":125,"carbonModifiers":256})"},
-         {"KeyboardShortcuts_revealEverything",
-          R"({"carbonModifiers":4096,"carbonKeyCode":101})"}});
+         {"KeyboardShortcuts_togglePanel", R"({"carbonKeyCode":125,"carbonModifiers":256})"}});
     client = startClients({menuClient}).front();
     startUtility();
     ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(menuClient); })) << row();
@@ -51,14 +49,6 @@ TEST_F(ShortcutsTest, ToggleThePanelOnRelease) {
   EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
   keys({"key", "super+Down"});
   EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
-}
-
-TEST_F(ShortcutsTest, RevealForFifteenSeconds) {
-  const auto before = std::chrono::steady_clock::now();
-  keys({"key", "ctrl+F9"});
-  ASSERT_TRUE(waitFor([&] { return shown(menuClient); })) << row();
-  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(menuClient); }, 60s)) << row();
-  EXPECT_GE(std::chrono::steady_clock::now() - before, 15s);
 }
 
 TEST_F(ShortcutsTest, WorkWhileTheMenuOfAHiddenItemIsOpen) {

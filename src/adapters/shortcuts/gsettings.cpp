@@ -31,7 +31,7 @@ class Programs {
     QProcess process;
     process.start(command[0], command.mid(1), QIODevice::ReadOnly);
     QByteArray output;
-    bool ended = !process.waitForStarted();
+    bool ended = !process.waitForStarted(static_cast<int>(deadline_.remainingTime()));
     while (!ended && !stopped_ && !deadline_.hasExpired() && output.size() <= longestOutput) {
       ended = process.waitForFinished(50) || process.state() == QProcess::NotRunning;
       output += process.readAllStandardOutput();
