@@ -62,7 +62,7 @@ class Services {
   BarAccessibility accessibility_{bar_, snapshots_};
   BarPointerEvents pointer_{bar_};
   BarWorkspace workspace_;
-  BarStatusBar statusBar_{bar_};
+  BarStatusBar statusBar_{bar_, snapshots_};
   BarWindowCapture windowCapture_{loop_, bar_};
   PngFiles pictures_;
   QtPanelWindows panelWindows_{{x11::isComposited, x11::cutWindow}};

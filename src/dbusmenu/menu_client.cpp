@@ -13,7 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto aboutToShowPatience = 300ms;
 constexpr auto answerTimeout = 25s;
 constexpr auto clickTimeout = 1s;
 constexpr auto refreshSpacing = 100ms;  // some owners rebuild their menu many times a second
@@ -50,7 +49,7 @@ const MenuEntry* MenuClient::entry(int id) const {
   return index_.value(id);
 }
 
-void MenuClient::open(int id, QObject* context, Done done) {
+void MenuClient::open(int id, QObject* context, Done done, std::chrono::milliseconds patience) {
   setSubscribed(true);
   auto opening = std::make_shared<Opening>();
   opening->done = [guard = QPointer<QObject>(context), done = std::move(done)](Failure failure) {
@@ -68,6 +67,7 @@ void MenuClient::open(int id, QObject* context, Done done) {
           [this, id, opening, settle, ask](const QDBusMessage& reply) {
             const bool gone =
                 reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown");
+            if (id == 0 && !gone) answered_ = true;
             if (gone) {
               settle(Failure::absent);
             } else if (!opening->asked) {
@@ -77,7 +77,7 @@ void MenuClient::open(int id, QObject* context, Done done) {
             }
           });
   sendBus(eventCall(id, QStringLiteral("opened"), 0));
-  QTimer::singleShot(aboutToShowPatience, this, [opening, ask] {
+  QTimer::singleShot(patience, this, [opening, ask] {
     if (!opening->asked && !opening->settled) ask();
   });
 }
@@ -95,6 +95,7 @@ void MenuClient::runRefresh() {
     reading_ = false;
     if (failure == Failure::absent && id != 0) wanted_ = 0;  // renumbered meanwhile
     refreshTimer_.start(refreshSpacing);
+    if (!wanted_) emit upToDate();
   });
 }
 

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QString>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,6 +33,8 @@ class MenuClient : public QObject {
   };
   using Done = std::function<void(Failure)>;
 
+  static constexpr std::chrono::milliseconds defaultPatience{300};
+
   // `busName` is best the owner's unique name: answers then surely come from that process.
   MenuClient(QString busName, QString path, QObject* parent = nullptr);
   ~MenuClient() override;
@@ -42,13 +45,18 @@ class MenuClient : public QObject {
   const MenuEntry* entry(int id) const;
 
   // Tells the owner that the menu below `id` (0 for the whole) is about to be shown and has opened,
-  // then reads its layout, whatever the owner answered and after 300 ms at the latest; when the
+  // then reads its layout, whatever the owner answered and after `patience` at the latest; when the
   // owner is later still, the layout is read once more. layoutChanged comes before `done`.
-  void open(int id, QObject* context, Done done);
+  void open(int id, QObject* context, Done done,
+            std::chrono::milliseconds patience = defaultPatience);
+  // Whether the owner has answered that the whole menu may be shown, be it with an error.
+  bool isAnswered() const { return answered_; }
 
   // Only reads the layout below `id` again. At most one such reading is under way at a time, with
   // one more after it for all that was asked for meanwhile.
   void refresh(int id);
+  // Whether the owner has announced changes that are not read yet.
+  bool isOutdated() const { return reading_ || wanted_; }
 
   // Performs an entry and tells the owner that the submenus of `opened` (from the menu's root to
   // the innermost) have closed, after it has answered or 1 s. `time` is the X server's time of the
@@ -65,6 +73,8 @@ class MenuClient : public QObject {
  signals:
   // The part of the menu below `parent` was read again, or an entry's properties changed.
   void layoutChanged(int parent);
+  // isOutdated() became false.
+  void upToDate();
   // isFinishing() became false.
   void finished();
 
@@ -89,6 +99,7 @@ class MenuClient : public QObject {
   mutable QHash<int, const MenuEntry*> index_;  // of root_; empty until it is asked for
   std::optional<int> wanted_;                   // to be read again
   bool reading_ = false;                        // a refresh is under way
+  bool answered_ = false;
   bool subscribed_ = false;
   int finishing_ = 0;
   QElapsedTimer signalsSince_;

@@ -99,7 +99,8 @@ void MenuPopup::show() {
 }
 
 void MenuPopup::adopt(MenuView* view) {
-  view->installEventFilter(this);
+  openingPress_.watch(*view);
+  view->installEventFilter(this);  // the first to be asked
   connect(view, &MenuView::viewAdded, this, [this](MenuView* added) {
     views_.emplace_back(added);
     adopt(added);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dbusmenu/menu_client.h"
+#include "dbusmenu/opening_press.h"
 #include "dbusmenu/popup_grab.h"
 
 class QAction;
@@ -59,6 +60,7 @@ class MenuPopup : public QObject {
   QTimer deadline_;
   QTimer updates_;
   PopupGrab grab_;
+  OpeningPress openingPress_;
   quint32 time_ = 0;  // X server's time of the latest event in the menu
   bool over_ = false;
 };

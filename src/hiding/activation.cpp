@@ -23,8 +23,12 @@ void MenuBarController::activate(const std::string& bundleId, bool /*rightClick*
                                  std::optional<double> anchorX) {
   if (panel_) panel_->close();
   if (!desktop_.accessibility.isProcessTrusted()) return;
+  const auto bar = desktop_.accessibility.takeSnapshot();  // one round trip for all of this
   const auto items = scanner_.scan(bundleId);
   if (items.empty()) return;
+  if (!anchorX) {
+    if (const auto handle = handleFrame()) anchorX = handle->midX();
+  }
   const AXElement& item = items.front().element;
   desktop_.accessibility.setMessagingTimeout(item, pressTimeout);
   if (const auto place = proxyMenuPlace(anchorX)) desktop_.accessibility.suggestPlace(item, *place);
@@ -49,12 +53,14 @@ Task MenuBarController::menuWatch(MainLoop&, Self self, AXElement item,
   Registration open;
   const Answer<MenuOutcome> tracking{
       [&](auto callback) { open = self->desktop_.menus.popUp(menu, *place, std::move(callback)); }};
+  ++self->openMenus_;
   const MenuOutcome outcome = co_await tracking;
   if (outcome.representedObject) {
     self->desktop_.accessibility.perform(*outcome.representedObject, ax::press);
   } else if (!outcome.itemChosen) {
     self->desktop_.accessibility.perform(item, ax::cancel);
   }
+  if (--self->openMenus_ == 0 && std::exchange(self->passWaits_, false)) self->enforceStow();
 }
 
 // Top-left corner of a proxy menu; absent without a screen.

@@ -50,8 +50,13 @@ Task MenuBarController::passAfterLaunch(MainLoop&, std::weak_ptr<MenuBarControll
 }
 
 Task MenuBarController::passOfTimer(MainLoop&) {
-  if (const auto self = AppState::controller.lock()) self->enforceStow();
-  co_return;
+  const auto self = AppState::controller.lock();
+  if (!self) co_return;
+  if (self->openMenus_ > 0) {
+    self->passWaits_ = true;  // it would move items while the user is choosing
+  } else {
+    self->enforceStow();
+  }
 }
 
 Task MenuBarController::firstPass(MainLoop&, Self self) {

@@ -102,6 +102,8 @@ class MenuBarController : public PanelOwner,
   const ItemMover mover_;
 
   bool isEnforcing_ = false;
+  int openMenus_ = 0;       // copies of other applications' menus on the screen
+  bool passWaits_ = false;  // the timer's, for them to close
   CallbackList enforcingChanged_;
   std::unique_ptr<SeparatorItem> handle_;
   std::unique_ptr<SeparatorItem> boundary_;

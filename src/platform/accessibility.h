@@ -44,9 +44,9 @@ using AXValue =
 // Reading and pressing other applications' status items and menus.
 class Accessibility {
  public:
-  // While one lives, reads of applications, their status items and frames are answered from one
-  // picture of the desktop, taken in one round trip when it was made. Without one every read asks
-  // afresh.
+  // While one lives, reads of applications, status items, our own ones included, and their frames
+  // are answered from one picture of the desktop, and so are presses of items. It was taken in one
+  // round trip when the first was made; further ones share it. Without one every read asks afresh.
   class Snapshot {
    public:
     virtual ~Snapshot() = default;

@@ -78,7 +78,7 @@ TEST_F(ActivationTest, ShowsTheMenuAsSoonAsItCanBeReadAndPressesTheChoice) {
     ASSERT_TRUE(desktop.menuIsOpen);
     EXPECT_EQ(desktop.shownMenu->at, (Point{292, 26}));
 
-    desktop.loop.advance(40s);  // passes go on; the menu stays
+    desktop.loop.advance(40s);
     EXPECT_TRUE(desktop.menuIsOpen);
     desktop.closeMenu({true, entry(1)});
     EXPECT_EQ(desktop.performed.back(), std::to_string(item) + ":1 AXPress");
@@ -89,10 +89,13 @@ TEST_F(ActivationTest, ShowsTheMenuAsSoonAsItCanBeReadAndPressesTheChoice) {
 
 TEST_F(ActivationTest, ADismissedMenuIsCancelledThroughItsItem) {
   desktop.openMenus[item] = oneEntry;
+  desktop.snapshots = desktop.looseReads = 0;
   controller().activate("org.a", false, std::nullopt);
   desktop.loop.advance(50ms);
   ASSERT_TRUE(desktop.menuIsOpen);
   EXPECT_EQ(desktop.shownMenu->at.x, 1000 - 60 - 12 - 8) << "below the handle's centre";
+  EXPECT_EQ(desktop.snapshots, 1);
+  EXPECT_EQ(desktop.looseReads, 0);
   desktop.closeMenu({false, std::nullopt});
   EXPECT_EQ(desktop.performed.back(), std::to_string(item) + " AXCancel");
 
@@ -100,6 +103,32 @@ TEST_F(ActivationTest, ADismissedMenuIsCancelledThroughItsItem) {
   desktop.loop.advance(50ms);
   desktop.closeMenu({true, std::nullopt});
   EXPECT_EQ(desktop.performed.back(), pressed()) << "chosen, with nothing to press";
+}
+
+TEST_F(ActivationTest, PassOfTheTimerWaitsForTheMenuAndOthersDoNot) {
+  for (const bool asked : {false, true}) {
+    hide({});
+    controller().unstow("org.a");
+    desktop.loop.advance(31s);
+    desktop.openMenus[item] = oneEntry;
+    controller().activate("org.a", false, 300.0);
+    desktop.loop.advance(50ms);
+    hide({"org.a"});
+    desktop.posted.clear();
+    desktop.loop.advance(65s);
+    EXPECT_TRUE(desktop.posted.empty());
+    EXPECT_FALSE(controller().isEnforcing());
+    if (asked) {
+      controller().enforceStow();
+      desktop.loop.advance(2s);
+      EXPECT_TRUE(isHidden(a)) << "what the user asked for does not wait";
+    }
+    desktop.closeMenu({false, std::nullopt});
+    EXPECT_EQ(controller().isEnforcing(), !asked);
+    desktop.loop.advance(2s);
+    EXPECT_TRUE(isHidden(a));
+    EXPECT_EQ(boundaryLength(), 16000);
+  }
 }
 
 TEST_F(ActivationTest, GivesUpAfterTwelveReadings) {

@@ -26,6 +26,7 @@ class FakeDesktop::OwnItem : public StatusItem {
     desktop_.own_[name_].onClick = std::move(callback);
   }
   std::optional<Rect> frame() const override {
+    if (desktop_.picture_.expired()) ++desktop_.looseReads;
     if (desktop_.barAnswers && desktop_.ownFrame) return desktop_.ownFrame;
     return desktop_.barAnswers ? desktop_.row.frame(desktop_.ownItem(name_)) : std::nullopt;
   }
@@ -80,8 +81,13 @@ void FakeDesktop::click(const std::string& autosaveName, const ClickEvent& event
 }
 
 std::unique_ptr<Accessibility::Snapshot> FakeDesktop::takeSnapshot() {
-  ++snapshots;
-  return std::make_unique<Snapshot>();
+  auto held = std::make_unique<HeldPicture>();
+  held->picture = picture_.lock();
+  if (!held->picture) {
+    ++snapshots;
+    picture_ = held->picture = std::make_shared<int>();
+  }
+  return held;
 }
 
 AXElement FakeDesktop::applicationElement(std::int32_t pid) {
@@ -140,6 +146,7 @@ std::optional<AXValue> FakeDesktop::menuAttribute(const AXElement& element, std:
 
 void FakeDesktop::perform(const AXElement& element, std::string_view action) {
   std::string line = std::to_string(element.item);
+  if (element.kind == AXElement::Kind::statusItem && picture_.expired()) ++looseReads;
   if (element.kind == AXElement::Kind::menuEntry) {
     line.append(":").append(std::to_string(element.entry));
   }

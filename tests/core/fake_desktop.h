@@ -73,7 +73,8 @@ class FakeDesktop : public Accessibility,
   std::optional<Point> pointerLocation;
   std::vector<Point> warps;
   std::vector<PostedEvent> posted;
-  int snapshots = 0;
+  int snapshots = 0;   // pictures taken while there was none
+  int looseReads = 0;  // own frames read and items pressed without one
   std::vector<Screen> screens{{{0, 0, 1000, 800}, {0, 24, 1000, 776}}};
   std::map<std::string, DefaultsValue> defaults;
   std::map<std::string, Drawing> images;  // autosave name to the last image set
@@ -204,7 +205,12 @@ class FakeDesktop : public Accessibility,
 
   std::optional<AXValue> menuAttribute(const AXElement& element, std::string_view name);
 
+  struct HeldPicture : Snapshot {
+    std::shared_ptr<int> picture;
+  };
+
   bar::RowPointer pointer_{row};
+  std::weak_ptr<int> picture_;
   std::vector<RunningApplication> running_;
   std::map<std::int32_t, std::vector<bar::ItemId>> items_;
   std::map<std::string, Owned> own_;

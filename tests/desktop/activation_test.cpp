@@ -206,18 +206,50 @@ TEST_F(ActivationTest, KeysAndPointerWorkInAMenuFourLevelsDeep) {
       << client.output().toStdString();
 }
 
-// What an owner answers when its menu is about to be shown; it fills the menu only then.
+TEST_F(ActivationTest, ReleaseOfThePressOnAnEntryChoosesNothing) {
+  Program& client = *begin({fake})[0];
+  QStringList shaky;
+  for (int i = 0; i < 10; ++i)
+    shaky << (i % 2 ? "mousemove_relative -- -1 1" : "mousemove_relative 1 0") << "sleep 0.02";
+  for (const QString& moves : {QString(), shaky.join(' '), QString("mousemove_relative 30 0")}) {
+    for (const QString button : {"1", "3"}) {
+      SCOPED_TRACE((button + ' ' + moves).toStdString());
+      const auto before = client.output().count("clicked");
+      ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+      ASSERT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
+      const QPoint entry = panelFrame().center();
+      xdotool(QString("mousemove %1 %2 mousedown ").arg(entry.x()).arg(entry.y()) + button);
+      ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
+      xdotool((moves + " mouseup " + button).trimmed());
+      xdotool("key q Return");
+      ASSERT_TRUE(
+          waitFor([&] { return client.output().count("clicked") > before && !menuIsOpen(); }));
+      EXPECT_TRUE(client.output().trimmed().split('\n').contains("Event 7 clicked"));
+      EXPECT_EQ(client.output().count("clicked"), client.output().count("Event 7 clicked"));
+    }
+  }
+}
+
+TEST_F(ActivationTest, EntryIsPressedThoughItsLabelChanges) {
+  Program& client = *begin({fake})[0];
+  openMenu();
+  client.write("menu-label 7 Leave");
+  client.write("menu-label 6 Quit it");  // begins as the old one did
+  letPass(200ms);                        // the signals come
+  xdotool("key q Return");
+  EXPECT_TRUE(waitFor([&] { return said(client, "Event 7 clicked"); }))
+      << client.output().toStdString();
+}
+
+// What an owner does when its menu is about to be shown.
 class MenuOpeningTest : public ActivationTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(MenuOpeningTest, MenuComesWhateverIsAnsweredAndIsPressedAfterItWasRenumbered) {
-  QStringList options{"--about-to-show", GetParam()};
-  if (options[1] != "missing") options += "--lazy-root";  // which only that call fills
-  Program& client = *begin({fake}, options)[0];
+  Program& client = *begin({fake}, QString(GetParam()).split(' '))[0];
   openMenu();
   const auto readings = client.output().count("GetLayout");
   client.write("menu-renumber");
   ASSERT_TRUE(waitFor([&] { return client.output().count("GetLayout") > readings; }));
-  letPass(200ms);  // the answer comes
   xdotool("key q Return");
   EXPECT_TRUE(waitFor([&] { return said(client, "Event 100007 clicked"); }))
       << client.output().toStdString();
@@ -226,10 +258,18 @@ TEST_P(MenuOpeningTest, MenuComesWhateverIsAnsweredAndIsPressedAfterItWasRenumbe
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, MenuOpeningTest,
-                         testing::Values("error", "missing", "empty", "true"));
+                         testing::Values("--about-to-show error --lazy-root",
+                                         "--about-to-show missing",
+                                         "--about-to-show empty --lazy-root",
+                                         "--about-to-show true --lazy-root",
+                                         "--about-to-show never --lazy-root --lazy-menu",
+                                         "--menu-slow 180 --lazy-menu", "--menu-fills-after 300"));
 
-TEST_F(ActivationTest, ItemWithoutAMenuIsActivatedBelowItsEntry) {
-  Program& client = *begin({fake}, {"--menu", "none"})[0];
+// Without a menu, or with one that stays empty for longer than a menu is looked for.
+class NoMenuTest : public ActivationTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(NoMenuTest, ItemIsActivatedBelowItsEntry) {
+  Program& client = *begin({fake}, QString(GetParam()).split(' '))[0];
   const QPoint entry = pressEntry();
   ASSERT_TRUE(waitFor([&] { return client.output().contains("Activate"); }));
   const QByteArray call = client.output().mid(client.output().indexOf("Activate"));
@@ -237,6 +277,22 @@ TEST_F(ActivationTest, ItemWithoutAMenuIsActivatedBelowItsEntry) {
   letPass(1s);  // longer than a menu is looked for
   EXPECT_FALSE(menuIsOpen());
   EXPECT_EQ(client.output().count("Activate"), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Items, NoMenuTest,
+                         testing::Values("--menu none", "--menu-fills-after 700"));
+
+TEST_F(ActivationTest, PressOfAnEntryAsksTheBarOnce) {
+  begin({fake});
+  Program& monitor = desktop.start(
+      "dbus-monitor", {"--profile", "type='method_call',interface='org.tarnwick.MenuBar1'"});
+  ASSERT_TRUE(waitFor([&] { return monitor.output().contains("NameLost"); }));
+  ASSERT_TRUE(desktop.activateAction("toggle-panel"));
+  ASSERT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
+  const auto before = monitor.output().count("\nmc");
+  click(panelFrame().center());
+  ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
+  EXPECT_EQ(monitor.output().count("\nmc"), before + 1) << monitor.output().toStdString();
 }
 
 TEST_F(ActivationTest, StoppedOrDyingClientsLeaveNothingBehind) {

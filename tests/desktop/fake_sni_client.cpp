@@ -94,9 +94,13 @@ class Item {
 
   void renumberMenu() {
     menu_.renumber();
-    QDBusMessage signal = QDBusMessage::createSignal(menuPath_, menuInterface, "LayoutUpdated");
-    signal.setArguments({1U, 0});
-    bus_.send(signal);
+    emitMenuSignal("LayoutUpdated", {1U, 0});
+  }
+
+  void setMenuLabel(int id, const QString& label) {
+    emitMenuSignal("ItemsPropertiesUpdated",
+                   {QVariant::fromValue(QList<fake::MenuUpdate>{menu_.setLabel(id, label)}),
+                    QVariant::fromValue(QList<fake::MenuRemoval>())});
   }
 
   // False: the object knows no such member.
@@ -121,6 +125,12 @@ class Item {
     const QString prefix = options_.items > 1 ? QString::number(number_) + ": " : QString();
     std::printf("%s\n", qPrintable(prefix + line));
     std::fflush(stdout);
+  }
+
+  void emitMenuSignal(const QString& name, const QVariantList& arguments) {
+    QDBusMessage signal = QDBusMessage::createSignal(menuPath_, menuInterface, name);
+    signal.setArguments(arguments);
+    bus_.send(signal);
   }
 
   void answer(const QDBusMessage& message, const QVariantList& arguments, int delay) const {
@@ -148,6 +158,14 @@ class Item {
     return true;
   }
 
+  void aboutToShow(int id) {
+    if (id != 0 || menu_.options().fillsAfterMs == 0) return menu_.setAboutToShow(id);
+    QTimer::singleShot(menu_.options().fillsAfterMs, [this] {
+      menu_.setAboutToShow(0);
+      emitMenuSignal("LayoutUpdated", {1U, 0});
+    });
+  }
+
   bool handleMenu(const QDBusMessage& message) {
     const fake::MenuOptions& options = menu_.options();
     const QString member = message.member();
@@ -162,7 +180,8 @@ class Item {
     if (options.silent) return true;
     if (member == "AboutToShow") {
       if (options.aboutToShow == "missing") return false;
-      menu_.setAboutToShow(id);
+      aboutToShow(id);
+      if (options.aboutToShow == "never") return true;
       if (options.aboutToShow == "error") {
         bus_.send(message.createErrorReply(QDBusError::Failed, "no model"));
       } else if (options.aboutToShow == "empty") {
@@ -303,6 +322,9 @@ class Program : public QObject {
     if (line.startsWith("icon-name ")) first().setIconName(argument);
     if (line.startsWith("status ")) first().setStatus(argument);
     if (line == "menu-renumber") first().renumberMenu();
+    if (line.startsWith("menu-label ")) {
+      first().setMenuLabel(argument.section(' ', 0, 0).toInt(), argument.section(' ', 1));
+    }
   }
 
   Options options_;
@@ -323,6 +345,10 @@ int main(int argc, char** argv) {
   qDBusRegisterMetaType<QList<Pixmap>>();
   qDBusRegisterMetaType<fake::ToolTip>();
   qDBusRegisterMetaType<fake::MenuNode>();
+  qDBusRegisterMetaType<fake::MenuUpdate>();
+  qDBusRegisterMetaType<QList<fake::MenuUpdate>>();
+  qDBusRegisterMetaType<fake::MenuRemoval>();
+  qDBusRegisterMetaType<QList<fake::MenuRemoval>>();
   const Program program(fake::parse(application));
   return QCoreApplication::exec();
 }

@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QVariantMap>
@@ -32,14 +33,45 @@ inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuNode&)
   return argument;
 }
 
+// What ItemsPropertiesUpdated carries of one entry; the removed ones are always none.
+struct MenuUpdate {
+  int id = 0;
+  QVariantMap properties;
+};
+
+inline QDBusArgument& operator<<(QDBusArgument& argument, const MenuUpdate& update) {
+  argument.beginStructure();
+  argument << update.id << update.properties;
+  argument.endStructure();
+  return argument;
+}
+
+inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuUpdate&) {
+  return argument;
+}
+
+struct MenuRemoval {};
+
+inline QDBusArgument& operator<<(QDBusArgument& argument, const MenuRemoval&) {
+  argument.beginStructure();
+  argument << 0 << QStringList();
+  argument.endStructure();
+  return argument;
+}
+
+inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuRemoval&) {
+  return argument;
+}
+
 struct MenuOptions {
   int entries = 7;
   int depth = 1;      // levels of submenus below the fourth entry
   bool lazy = false;  // submenus are empty until they are about to be shown
   bool lazyRoot = false;
-  QString aboutToShow = QStringLiteral("false");  // false, true, error, missing, empty
+  QString aboutToShow = QStringLiteral("false");  // false, true, error, missing, empty, never
   bool silent = false;
   int slowMs = 0;
+  int fillsAfterMs = 0;  // from the first AboutToShow on; the menu is empty before
 };
 
 // The menu a fake item offers, and what was done with it.
@@ -50,6 +82,10 @@ class Menu {
   const MenuOptions& options() const { return options_; }
   // New ids for everything.
   void renumber() { base_ += 100'000; }
+  MenuUpdate setLabel(int id, const QString& label) {
+    labels_[id] = label;
+    return {base_ + id, {{QStringLiteral("label"), label}}};
+  }
   void setAboutToShow(int id) { shown_ << id - (id == 0 ? 0 : base_); }
 
   MenuNode layout(int parent) const {
@@ -61,7 +97,9 @@ class Menu {
   static constexpr int levelStep = 1'000'000;  // ids of one level of submenus
 
   MenuNode entry(int id, const QVariantMap& properties) const {
-    return {base_ + id, properties, {}};
+    QVariantMap now = properties;
+    if (labels_.contains(id)) now[QStringLiteral("label")] = labels_[id];
+    return {base_ + id, now, {}};
   }
 
   bool isFilled(int id, bool lazy) const { return !lazy || shown_.contains(id); }
@@ -114,9 +152,12 @@ class Menu {
 
   MenuOptions options_;
   QList<int> shown_;
+  QHash<int, QString> labels_;  // given later
   int base_ = 0;
 };
 
 }  // namespace fake
 
 Q_DECLARE_METATYPE(fake::MenuNode)
+Q_DECLARE_METATYPE(fake::MenuUpdate)
+Q_DECLARE_METATYPE(fake::MenuRemoval)

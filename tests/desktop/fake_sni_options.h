@@ -64,7 +64,8 @@ struct Options {
 inline Options parse(const QCoreApplication& application) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
-      "Standard input: icon-name TEXT, status TEXT, menu-renumber (gives its entries new ids).");
+      "Standard input: icon-name TEXT, status TEXT, menu-renumber (gives its entries new ids), "
+      "menu-label ID TEXT.");
   parser.addHelpOption();
   const QList<QCommandLineOption> known = {
       {"register", "unique name or both, with the path", "form", "unique"},
@@ -89,8 +90,9 @@ inline Options parse(const QCoreApplication& application) {
       {"menu-depth", "levels of submenus", "n", "1"},
       {"lazy-menu", "submenus are empty until they are about to be shown"},
       {"lazy-root", "the whole menu is"},
-      {"about-to-show", "answer: false, true, error, empty, missing", "kind", "false"},
+      {"about-to-show", "answer: false, true, error, empty, missing, never", "kind", "false"},
       {"menu-slow", "ms before menu calls are answered", "ms", "0"},
+      {"menu-fills-after", "ms from the first AboutToShow on; it is empty before", "ms", "0"},
       {"unexport-after", "takes the objects away", "ms", "0"},
       {"quit-after", "ends", "ms", "0"},
   };
@@ -112,10 +114,11 @@ inline Options parse(const QCoreApplication& application) {
   options.unexportAfterMs = number("unexport-after");
   options.quitAfterMs = number("quit-after");
   options.menu = parser.value("menu");
-  options.menuOptions = {
-      number("menu-entries"),    number("menu-depth"),          parser.isSet("lazy-menu"),
-      parser.isSet("lazy-root"), parser.value("about-to-show"), options.menu == "silent",
-      number("menu-slow")};
+  options.menuOptions = {number("menu-entries"),        number("menu-depth"),
+                         parser.isSet("lazy-menu"),     parser.isSet("lazy-root"),
+                         parser.value("about-to-show"), options.menu == "silent",
+                         number("menu-slow"),           number("menu-fills-after")};
+  if (options.menuOptions.fillsAfterMs > 0) options.menuOptions.lazyRoot = true;
 
   QVariantMap& p = options.properties;
   p["Category"] = "ApplicationStatus";

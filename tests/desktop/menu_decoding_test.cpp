@@ -4,6 +4,7 @@
 #include <QDBusVariant>
 #include <QStringList>
 
+#include "dbusmenu/chosen_entry.h"
 #include "dbusmenu/layout_parser.h"
 #include "tests/desktop/fake_sni_menu.h"
 #include "tests/desktop/harness/wire_value.h"
@@ -127,6 +128,66 @@ TEST_F(MenuDecodingTest, ShowsNoSeparatorsAtTheEndsOrInARow) {
   const auto layout = parse(root);
   ASSERT_TRUE(layout);
   EXPECT_EQ(shownEntries(layout->children), (std::vector<std::size_t>{2, 5, 6}));
+}
+
+// "id title" for each entry; "-" before a title hides it, "!" disables it, and what follows a ">"
+// is a submenu's.
+MenuEntry menu(const QString& text) {
+  MenuEntry root;
+  MenuEntry* into = &root;
+  for (const QString& part : text.split(", ")) {
+    MenuEntry next;
+    const QString title = part.section(' ', 1);
+    next.id = part.section(' ', 0, 0).toInt();
+    next.visible = !title.startsWith('-');
+    next.enabled = !title.startsWith('!');
+    next.label = title.mid(next.visible && next.enabled ? 0 : 1);
+    next.submenu = next.label.endsWith('>');
+    into->children.push_back(next);
+    if (next.submenu) into = &into->children.back();
+  }
+  return root;
+}
+
+TEST(ChosenEntry, IsFoundAgainByItsIdOrItsTitleAndNoOtherIsPressed) {
+  constexpr int none = -1;
+  struct Case {
+    const char* what;
+    const char* shown;
+    const char* present;
+    std::vector<std::pair<int, int>> ids;  // chosen, to be pressed
+  };
+  const std::vector<Case> cases{
+      {"nothing changed", "1 A, 2 A, 3 B", "1 A, 2 A, 3 B", {{1, 1}, {2, 2}, {3, 3}, {4, none}}},
+      {"labels changed", "1 5 s, 2 Pause, 3 Quit", "1 6 s, 2 Resume, 3 Quit", {{1, 1}, {2, 2}}},
+      {"all of them", "1 Open, 2 Quit", "1 Oeffnen, 2 Beenden", {{1, 1}, {2, 2}}},
+      {"new numbers", "1 A, 2 B, 3 C", "11 A, 12 B, 13 C", {{1, 11}, {3, 13}}},
+      {"numbers moved on", "1 A, 2 B, 3 C", "1 New, 2 A, 3 B, 4 C", {{1, 2}, {2, 3}, {3, 4}}},
+      {"with equal titles", "1 A, 2 A, 3 B", "1 New, 2 A, 3 A, 4 B", {{1, 2}, {2, 3}, {3, 4}}},
+      {"equal titles only", "1 A, 2 A", "1 New, 2 A, 3 A", {{1, 2}, {2, 3}}},
+      {"and a label changed",
+       "1 A, 2 Pause, 3 B",
+       "1 New, 2 A, 3 Resume, 4 B",
+       {{1, 2}, {2, none}}},
+      {"both at once", "1 A, 2 Pause", "11 A, 12 Resume", {{1, 11}, {2, none}}},
+      {"last ones unlike", "1 A, 2 Pause", "1 A, 2 New, 3 Resume", {{1, 1}, {2, none}}},
+      {"slots moved on", "1 a, 2 b, 3 c, 9 Q", "1 n, 2 a, 3 b, 9 Q", {{1, 2}, {2, 3}, {3, none}}},
+      {"one added", "1 A, 2 Pause, 3 B", "1 A, 2 Resume, 9 New, 3 B", {{2, 2}, {3, 3}}},
+      {"one of equals gone", "1 A, 2 A, 3 B", "2 A, 3 B", {{1, none}, {2, 2}, {3, 3}}},
+      {"which one unknown", "1 A, 2 A, 3 A", "1 A, 2 A", {{1, none}, {2, none}, {3, none}}},
+      {"hidden, disabled", "1 A, 2 B, 3 C", "1 -A, 2 !B, 3 C", {{1, none}, {2, none}, {3, 3}}},
+      {"one for another", "1 Pause, 2 -Resume, 3 Q", "1 -Pause, 2 Resume, 3 Q", {{1, none}}},
+      {"in a submenu", "1 A, 2 B>, 3 C, 4 C", "1 New, 2 A, 3 B>, 4 C, 5 C", {{3, 4}, {4, 5}}},
+      {"of a new name", "2 5 kB/s>, 3 C", "2 6 kB/s>, 3 D", {{3, 3}}},
+      {"that is none now", "1 A, 2 B>, 3 C", "1 A, 2 B", {{1, 1}, {3, none}}},
+      {"moved elsewhere", "1 A, 2 B>, 3 C", "1 A, 3 C, 2 B>, 4 D", {{1, 1}, {3, none}}},
+  };
+  for (const Case& each : cases) {
+    for (const auto& [chosen, pressed] : each.ids) {
+      EXPECT_EQ(presentId(menu(each.shown), menu(each.present), chosen).value_or(none), pressed)
+          << each.what << ' ' << chosen;
+    }
+  }
 }
 
 // Ids are how entries are pressed: each stands for one entry, and none for the menu itself.

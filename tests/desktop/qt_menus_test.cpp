@@ -5,8 +5,10 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <map>
 
+#include "adapters/qt/panel_content.h"
 #include "adapters/qt/qt_main_loop.h"
 #include "platform/callback_list.h"
 #include "tests/desktop/harness/wait.h"
@@ -81,6 +83,70 @@ TEST_F(QtMenusTest, NextMenuTakesTheOldOnesPlace) {
   ASSERT_TRUE(open());
   open()->close();
   EXPECT_TRUE(told(2));
+}
+
+void sendMouse(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButton button,
+               Qt::MouseButtons held) {
+  QMouseEvent event(type, at, to.mapToGlobal(at), button, held, Qt::NoModifier);
+  QApplication::sendEvent(&to, &event);
+}
+
+// P, D and R: press, second press of a double click and release of the left button, p and r of the
+// right one; 1 and 2: the pointer goes about on the first or second entry with the left one down.
+TEST_F(QtMenusTest, OnlyAPressThatCameToTheMenuChooses) {
+  const std::vector<std::pair<const char*, int>> cases{
+      {"R", 0},  {"1R", 0},    {"12R", 0}, {"r", 0},    {"DR", 0},    {"RDR", 0},  {"PR", 1},
+      {"pr", 1}, {"1R1PR", 1}, {"1pR", 0}, {"1pRr", 1}, {"RDRPR", 1}, {"P12R", 2}, {"PR", 1},
+  };
+  for (const auto& [moves, expected] : cases) {
+    SCOPED_TRACE(moves);
+    std::optional<MenuOutcome> outcome;
+    const Registration shown =
+        menus.popUp({{"One", true, false, {}, element(1)}, {"Two", true, false, {}, element(2)}},
+                    {}, [&](const MenuOutcome& told) { outcome = told; });
+    ASSERT_TRUE(open());
+    QMenu& menu = *open();
+    const auto at = [&](int i) { return menu.actionGeometry(menu.actions()[i]).center(); };
+    for (const char* move = moves; *move != '\0' && !outcome; ++move) {
+      const bool right = *move == 'p' || *move == 'r';
+      const auto button = right ? Qt::RightButton : Qt::LeftButton;
+      if (*move == '1' || *move == '2') {
+        for (int i = 0; i < 12; ++i) {
+          const QPoint place = at(*move - '1') + QPoint(i % 2, 0);
+          sendMouse(menu, QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton);
+        }
+        continue;
+      }
+      const auto type = *move == 'D'                   ? QEvent::MouseButtonDblClick
+                        : *move == 'P' || *move == 'p' ? QEvent::MouseButtonPress
+                                                       : QEvent::MouseButtonRelease;
+      const QAction* const active = menu.activeAction();
+      const QPoint place = active == menu.actions()[1] ? at(1) : at(0);
+      sendMouse(menu, type, place, button,
+                type == QEvent::MouseButtonRelease ? Qt::NoButton : button);
+    }
+    if (expected == 0) {
+      EXPECT_EQ(open(), &menu);
+      continue;
+    }
+    ASSERT_TRUE(waitFor([&] { return outcome.has_value(); }));
+    EXPECT_EQ(outcome->representedObject, element(static_cast<std::uint64_t>(expected)));
+  }
+}
+
+TEST(PanelCell, TellsWhichButtonPressedItAndWhere) {
+  PanelCell cell({"org.a", "A", {}}, false, nullptr);
+  cell.setGeometry(100, 50, 34, 30);
+  std::vector<std::pair<bool, double>> told;
+  QObject::connect(&cell, &PanelCell::tapped,
+                   [&](bool right, double centre) { told.emplace_back(right, centre); });
+  for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+    const auto before = told.size();
+    sendMouse(cell, QEvent::MouseButtonPress, {3, 3}, button, button);
+    EXPECT_EQ(told.size(), before + (button <= Qt::RightButton ? 1 : 0)) << "at once";
+    sendMouse(cell, QEvent::MouseButtonRelease, {3, 3}, button, Qt::NoButton);
+  }
+  EXPECT_EQ(told, (decltype(told){{false, 117.0}, {true, 117.0}}));
 }
 
 TEST_F(QtMenusTest, DroppedMenuClosesWithoutAWord) {

@@ -123,7 +123,8 @@ void BarAccessibility::perform(const AXElement& element, std::string_view action
     const auto place = suggested && suggested->item == element.item
                            ? std::optional(suggested->point)
                            : std::nullopt;
-    if (item && !item->menuPath.isEmpty()) {
+    if (!item) return;
+    if (!item->menuPath.isEmpty()) {
       menus_.open(*item, place);
     } else {
       menus_.closeAll();

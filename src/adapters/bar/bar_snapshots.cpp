@@ -41,18 +41,13 @@ std::vector<std::uint64_t> BarPicture::itemsOf(std::int32_t pid) const {
 }
 
 std::unique_ptr<Accessibility::Snapshot> BarSnapshots::take() {
-  auto picture = ask();
-  living_.push_back(picture);
+  auto picture = present();
+  living_ = picture;
   return std::make_unique<HeldPicture>(std::move(picture));
 }
 
 std::shared_ptr<const BarPicture> BarSnapshots::present() {
-  std::erase_if(living_, [](const auto& picture) { return picture.expired(); });
-  if (living_.empty()) return ask();
-  return living_.back().lock();
-}
-
-std::shared_ptr<const BarPicture> BarSnapshots::ask() {
+  if (auto picture = living()) return picture;
   return std::make_shared<BarPicture>(bar_.items().value_or(std::vector<BarItem>{}));
 }
 

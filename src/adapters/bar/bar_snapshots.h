@@ -26,20 +26,19 @@ class BarPicture {
   std::vector<std::pair<std::int32_t, std::size_t>> byPid_;  // owner, place in items_
 };
 
-// The one picture of the bar that reads of items, frames and applications are answered from while a
-// snapshot lives; without one every read takes a picture of its own.
+// The one picture of the bar that reads of items, frames and applications are answered from while
+// snapshots live; without one every read takes a picture of its own.
 class BarSnapshots {
  public:
   explicit BarSnapshots(BarConnection& bar) : bar_(bar) {}
 
   std::unique_ptr<Accessibility::Snapshot> take();
   std::shared_ptr<const BarPicture> present();
+  std::shared_ptr<const BarPicture> living() const { return living_.lock(); }  // or nullptr
 
  private:
-  std::shared_ptr<const BarPicture> ask();
-
   BarConnection& bar_;
-  std::vector<std::weak_ptr<const BarPicture>> living_;  // the newest last
+  std::weak_ptr<const BarPicture> living_;
 };
 
 }  // namespace tarnwick

@@ -65,7 +65,8 @@ class BarStatusBar::Item : public StatusItem {
   const EntryPtr entry_;
 };
 
-BarStatusBar::BarStatusBar(BarConnection& bar) : bar_(bar), pixelsPerPoint_(pictureDensity()) {
+BarStatusBar::BarStatusBar(BarConnection& bar, const BarSnapshots& snapshots)
+    : bar_(bar), snapshots_(snapshots), pixelsPerPoint_(pictureDensity()) {
   connect(&bar_, &BarConnection::appeared, this, [this] {
     for (const auto& entry : entries_) put(entry);
   });
@@ -131,7 +132,10 @@ void BarStatusBar::sendImage(const Entry& entry) {
 }
 
 std::optional<Rect> BarStatusBar::frame(const Entry& entry) {
-  return entry.id ? bar_.ownFrame(*entry.id) : std::nullopt;
+  if (!entry.id) return std::nullopt;
+  const auto picture = snapshots_.living();
+  const BarItem* const item = picture ? picture->find(*entry.id) : nullptr;
+  return item ? std::optional(item->frame) : bar_.ownFrame(*entry.id);
 }
 
 void BarStatusBar::onClicked(quint64 id, uint button, uint modifiers, QPointF at) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "adapters/bar/bar_connection.h"
+#include "adapters/bar/bar_snapshots.h"
 #include "platform/callback_list.h"
 #include "platform/status_bar.h"
 
@@ -22,7 +23,7 @@ class BarStatusBar : public QObject, public StatusBar {
   Q_OBJECT
 
  public:
-  explicit BarStatusBar(BarConnection& bar);
+  BarStatusBar(BarConnection& bar, const BarSnapshots& snapshots);
 
   std::unique_ptr<StatusItem> addItem(double length, const std::string& autosaveName) override;
   Registration onVanished(std::function<void()> callback) override {
@@ -53,6 +54,7 @@ class BarStatusBar : public QObject, public StatusBar {
   void sendImagesOfNewDensity();
 
   BarConnection& bar_;
+  const BarSnapshots& snapshots_;
   std::vector<EntryPtr> entries_;
   double pixelsPerPoint_ = 2;
   CallbackList vanished_;

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "adapters/bar/bar_protocol.h"
+#include "dbusmenu/chosen_entry.h"
 
 namespace tarnwick {
 
@@ -19,43 +20,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto submenuPatience = 300ms;  // for the answers to all submenus
-constexpr auto unwatchedLife = 5s;       // longer than a menu is waited for
-constexpr auto emptyPatience = 800ms;    // for entries that come late
-constexpr std::size_t mostAsked = 64;    // menus asked for in one opening
+constexpr auto patience = 550ms;        // before the last of twelve readings, 50 ms apart
+constexpr auto unwatchedLife = 5s;      // longer than a menu is waited for
+constexpr auto fillingTime = 100ms;     // owners that fill their menu late announce it by then
+constexpr auto emptyPatience = 800ms;   // for owners that do not even say that it may be shown
+constexpr auto rereadPatience = 500ms;  // for changes announced before an entry was chosen
+constexpr std::size_t mostAsked = 64;   // menus asked for in one opening
 
-// Where an entry stands, as titles from the root on; empty when it is not there.
-bool findPath(const MenuEntry& below, int id, QStringList& path) {
-  for (const MenuEntry& child : below.children) {
-    path.push_back(child.title());
-    if (child.id == id || findPath(child, id, path)) return true;
-    path.pop_back();
-  }
-  return false;
-}
-
-const MenuEntry* follow(const MenuEntry& root, const QStringList& path) {
-  const MenuEntry* entry = &root;
-  for (const QString& title : path) {
-    const auto& children = entry->children;
-    const auto next = std::find_if(children.begin(), children.end(), [&](const MenuEntry& child) {
-      return !child.separator && child.title() == title;
-    });
-    if (next == children.end()) return nullptr;
-    entry = &*next;
-  }
-  return entry;
-}
-
-// The id that the entry shown as `id` has now: its own while its title is the same, else that of
-// the entry at the same titles. Absent when there is none any more.
-std::optional<int> presentId(const MenuEntry& shown, const MenuEntry& present, int id) {
-  QStringList before;
-  QStringList now;
-  if (!findPath(shown, id, before)) return id;
-  if (findPath(present, id, now) && now.back() == before.back()) return id;
-  const MenuEntry* const entry = follow(present, before);
-  return entry ? std::optional(entry->id) : std::nullopt;
+// Submenus within submenus are asked for one after the other: each gets half of what is left.
+std::chrono::milliseconds aboutToShowPatience(const QDeadlineTimer& deadline) {
+  return std::chrono::milliseconds(deadline.remainingTime()) / 2;
 }
 
 void closeFromTheInside(MenuClient& client, const std::vector<int>& menus) {
@@ -103,26 +77,26 @@ void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
   listen(true);
   time_ = 0;
   OpenMenu& menu = menus_[item.id];
-  menu.owner = item.busName;
-  owners_.addWatchedService(menu.owner);
+  menu.item = item;
+  menu.place = place;
+  menu.patience.setRemainingTime(patience);
+  owners_.addWatchedService(item.busName);
   menu.client = std::make_unique<MenuClient>(item.busName, item.menuPath);
   menu.asked.push_back(0);
   MenuClient* const client = menu.client.get();
   connect(client, &MenuClient::layoutChanged, this,
           [this, id = item.id, client] { onLayout(id, client); });
-  client->open(0, this, [this, item, place, client](MenuClient::Failure failure) {
-    if (failure != MenuClient::Failure::absent || !find(item.id, client)) return;
-    if (auto ended = end(item.id)) retire(std::move(ended->client));
-    activate(item, place);
-  });
-  // Some owners always have a menu object and mean a click by it: theirs is empty.
-  QTimer::singleShot(emptyPatience, client, [this, item, place, client] {
-    const OpenMenu* const empty = find(item.id, client);
-    if (!empty || !empty->ended.empty() || !client->root()) return;
-    if (!shownEntries(client->root()->children).empty()) return;
-    if (auto ended = end(item.id)) retire(std::move(ended->client));
-    activate(item, place);
-  });
+  client->open(
+      0, this,
+      [this, id = item.id, client](MenuClient::Failure failure) {
+        const OpenMenu* const absent = find(id, client);
+        if (failure != MenuClient::Failure::absent || !absent) return;
+        activate(absent->item, absent->place);
+        if (auto ended = end(id)) retire(std::move(ended->client));
+      },
+      aboutToShowPatience(menu.patience));
+  QTimer::singleShot(emptyPatience, client,
+                     [this, id = item.id, client] { activateIfEmpty(id, client); });
   QTimer::singleShot(unwatchedLife, client, [this, id = item.id, client] {
     const OpenMenu* const unwatched = find(id, client);
     if (!unwatched || !unwatched->ended.empty()) return;
@@ -134,8 +108,20 @@ void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
 void ItemMenus::onLayout(std::uint64_t item, const MenuClient* client) {
   OpenMenu* const menu = find(item, client);
   if (!menu || !client->root()) return;
-  if (menu->patience.isForever()) menu->patience.setRemainingTime(submenuPatience);
   fillSubmenus(item, *client->root(), 1);
+  if (!client->isAnswered() || !shownEntries(client->root()->children).empty()) return;
+  QTimer::singleShot(fillingTime, client, [this, item, client] {
+    if (!client->isOutdated()) activateIfEmpty(item, client);
+  });
+}
+
+// Some owners always have a menu object and mean a click by it: theirs is empty. The menu is
+// followed on, for one that is filled after all.
+void ItemMenus::activateIfEmpty(std::uint64_t item, const MenuClient* client) {
+  OpenMenu* const menu = find(item, client);
+  if (!menu || !client->root() || !shownEntries(client->root()->children).empty()) return;
+  if (!menu->ended.empty() || std::exchange(menu->activated, true)) return;
+  activate(menu->item, menu->place);
 }
 
 // Menus that are filled only when they open.
@@ -154,9 +140,12 @@ void ItemMenus::fillSubmenus(std::uint64_t item, const MenuEntry& parent, int de
     menu.asked.push_back(child.id);
     ++menu.pending;
     MenuClient* const client = menu.client.get();
-    client->open(child.id, this, [this, item, client](MenuClient::Failure) {
-      if (OpenMenu* const open = find(item, client)) --open->pending;
-    });
+    client->open(
+        child.id, this,
+        [this, item, client](MenuClient::Failure) {
+          if (OpenMenu* const open = find(item, client)) --open->pending;
+        },
+        aboutToShowPatience(menu.patience));
   }
 }
 
@@ -170,15 +159,25 @@ const MenuEntry* ItemMenus::entry(std::uint64_t item, int id) const {
 void ItemMenus::choose(std::uint64_t item, int entry) {
   auto menu = end(item);
   if (!menu) return;
-  const MenuEntry* const root = menu->client->root();
-  // Owners may number their entries anew at any time.
-  const auto id = menu->shown && root ? presentId(*menu->shown, *root, entry) : entry;
-  if (id) {
-    menu->client->click(*id, menu->asked, time_);
-  } else {
-    closeFromTheInside(*menu->client, menu->asked);
-  }
-  retire(std::move(menu->client));
+  MenuClient* const client = menu->client.release();
+  client->setParent(this);
+  auto* const press = new QTimer(client);
+  press->setSingleShot(true);
+  press->callOnTimeout(client, [this, client, press, entry, time = time_,
+                                shown = std::move(menu->shown), asked = std::move(menu->asked)] {
+    client->disconnect(press);
+    const MenuEntry* const root = client->root();
+    const auto id = shown && root ? presentId(*shown, *root, entry) : std::nullopt;
+    if (id) {
+      client->click(*id, asked, time);
+    } else {
+      closeFromTheInside(*client, asked);
+    }
+    retire(std::unique_ptr<MenuClient>(client));
+  });
+  // What the owner has just announced may be that this id is another entry's now.
+  press->start(client->isOutdated() ? rereadPatience : 0ms);
+  connect(client, &MenuClient::upToDate, press, [press] { press->start(0ms); });
 }
 
 void ItemMenus::cancel(std::uint64_t item) {
@@ -198,7 +197,7 @@ Registration ItemMenus::watch(std::uint64_t item, std::function<void()> ended) {
 std::optional<ItemMenus::OpenMenu> ItemMenus::end(std::uint64_t item) {
   auto node = menus_.extract(item);
   if (node.empty()) return std::nullopt;
-  owners_.removeWatchedService(node.mapped().owner);
+  owners_.removeWatchedService(node.mapped().item.busName);
   if (menus_.empty()) listen(false);
   node.mapped().ended.notify();
   return std::move(node.mapped());
@@ -206,7 +205,7 @@ std::optional<ItemMenus::OpenMenu> ItemMenus::end(std::uint64_t item) {
 
 void ItemMenus::onOwnerGone(const QString& owner) {
   for (auto menu = menus_.begin(); menu != menus_.end(); ++menu) {
-    if (menu->second.owner != owner) continue;
+    if (menu->second.item.busName != owner) continue;
     if (auto ended = end(menu->first)) retire(std::move(ended->client));
     return;
   }

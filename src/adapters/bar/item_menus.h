@@ -31,13 +31,16 @@ class ItemMenus : public QObject {
   ItemMenus();
   ~ItemMenus() override;
 
-  // Has the owner open the item's menu. Whatever was open is closed first. An item whose menu turns
-  // out not to be there, or to be empty, is activated instead, with `place` (points) for what it
-  // may show. A menu that nobody watches is forgotten after some seconds.
+  // Has the owner open the item's menu. Whatever was open is closed first. What the owner has told
+  // of it half a second later is read without the rest. An item whose menu turns out not to be
+  // there is activated instead, with `place` (points) for what it may show; so is one whose menu
+  // is empty, which is shown all the same when it is filled after that. A menu that nobody watches
+  // is forgotten after some seconds.
   void open(const BarItem& item, std::optional<QPointF> place);
   // Closes whatever is open.
   void closeAll();
-  // Performs an entry; its menu is closed then.
+  // Performs the entry that has this id in the menu as it was when watch() was called, or nothing
+  // when there is no such entry any more; its menu is closed then.
   void choose(std::uint64_t item, int entry);
   void cancel(std::uint64_t item);
   // Calls `ended` once, when the item's open menu ends in any way. Empty when it has none.
@@ -57,19 +60,22 @@ class ItemMenus : public QObject {
 
  private:
   struct OpenMenu {
+    BarItem item;
+    std::optional<QPointF> place;
     std::unique_ptr<MenuClient> client;
-    QString owner;
     CallbackList ended;
-    std::vector<int> asked;  // menus whose owner was told that they are open, outer ones first
-    int pending = 0;         // answers for submenus waited for
-    QDeadlineTimer patience{QDeadlineTimer::Forever};  // for them
-    std::optional<MenuEntry> shown;                    // the menu as it was when the copy was shown
+    std::vector<int> asked;   // menus whose owner was told that they are open, outer ones first
+    int pending = 0;          // answers for submenus waited for
+    QDeadlineTimer patience;  // for the owner's answers, from the press on
+    bool activated = false;   // for want of entries
+    std::optional<MenuEntry> shown;  // the menu as it was when the copy was shown
   };
 
   // The open menu of that item, if it still is the one read by that client.
   OpenMenu* find(std::uint64_t item, const MenuClient* client);
   void onLayout(std::uint64_t item, const MenuClient* client);
   void fillSubmenus(std::uint64_t item, const MenuEntry& parent, int depth);
+  void activateIfEmpty(std::uint64_t item, const MenuClient* client);
   // Takes the menu out of the open ones.
   std::optional<OpenMenu> end(std::uint64_t item);
   void onOwnerGone(const QString& owner);

@@ -7,6 +7,7 @@
 
 #include "adapters/qt/type_ahead_menu.h"
 #include "dbusmenu/menu_style.h"
+#include "dbusmenu/opening_press.h"
 #include "dbusmenu/popup_grab.h"
 
 namespace tarnwick {
@@ -15,6 +16,7 @@ namespace tarnwick {
 struct QtMenus::Tracking {
   std::unique_ptr<QMenu> menu = std::make_unique<TypeAheadMenu>();
   PopupGrab grab;
+  OpeningPress openingPress;
   MenuOutcome outcome;
   std::function<void(const MenuOutcome&)> callback;
   Registration outsidePresses;
@@ -34,8 +36,9 @@ const AXElement* firstElement(const Menu& menu) {
 
 }  // namespace
 
-void QtMenus::fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>& tracking) {
+void QtMenus::fill(QMenu& into, const Menu& menu, const std::shared_ptr<Tracking>& tracking) {
   useMenuStyle(into);
+  tracking->openingPress.watch(into);
   for (const MenuItem& item : menu) {
     if (item.separator) {
       into.addSeparator();
@@ -51,8 +54,8 @@ void QtMenus::fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>&
     QAction* const action = into.addAction(title);
     action->setEnabled(item.enabled);
     QObject::connect(action, &QAction::triggered, action,
-                     [tracking, representedObject = item.representedObject] {
-                       if (const auto open = tracking.lock()) {
+                     [weak = std::weak_ptr(tracking), representedObject = item.representedObject] {
+                       if (const auto open = weak.lock()) {
                          open->outcome = {true, representedObject};
                        }
                      });

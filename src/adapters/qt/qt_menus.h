@@ -31,7 +31,7 @@ class QtMenus : public Menus {
  private:
   struct Tracking;
 
-  static void fill(QMenu& into, const Menu& menu, const std::weak_ptr<Tracking>& tracking);
+  static void fill(QMenu& into, const Menu& menu, const std::shared_ptr<Tracking>& tracking);
   static void takeDown(const std::weak_ptr<Tracking>& tracking);
 
   MainLoop& loop_;
