@@ -10,8 +10,8 @@
 namespace tarnwick::bar::x11 {
 
 // A click sent to an embedded icon as if the pointer were over it: enter, press, release, and leave
-// once the menu it opened is gone. A menu that comes late is waited for after the leave. Goes on by
-// timers; the pointer stays where it is.
+// once the menu it opened is gone. It waits until the user holds no button. A menu that comes late
+// is waited for after the leave. Goes on by timers; the pointer stays where it is.
 class SentClick : public QObject {
   Q_OBJECT
 
@@ -34,8 +34,9 @@ class SentClick : public QObject {
   void finished();
 
  private:
-  enum class Phase : std::uint8_t { idle, askingTime, entered, pressed, watchingMenu, left };
+  enum class Phase : std::uint8_t { idle, waiting, entered, pressed, watchingMenu, left };
 
+  void waitForHand();
   void enter(xcb_timestamp_t time);
   void press();
   void release();

@@ -100,7 +100,7 @@ void MenuPopup::show() {
 
 void MenuPopup::adopt(MenuView* view) {
   openingPress_.watch(*view);
-  view->installEventFilter(this);  // the first to be asked
+  view->installEventFilter(this);  // asked first: it takes the time of every event
   connect(view, &MenuView::viewAdded, this, [this](MenuView* added) {
     views_.emplace_back(added);
     adopt(added);

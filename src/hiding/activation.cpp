@@ -23,7 +23,7 @@ void MenuBarController::activate(const std::string& bundleId, bool /*rightClick*
                                  std::optional<double> anchorX) {
   if (panel_) panel_->close();
   if (!desktop_.accessibility.isProcessTrusted()) return;
-  const auto bar = desktop_.accessibility.takeSnapshot();  // one round trip for all of this
+  const auto snapshot = desktop_.accessibility.takeSnapshot();  // one round trip for all of this
   const auto items = scanner_.scan(bundleId);
   if (items.empty()) return;
   if (!anchorX) {

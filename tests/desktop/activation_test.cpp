@@ -67,15 +67,18 @@ class ActivationTest : public StatusDesktopTest {
   }
   bool menuIsOpen() { return !menus().empty(); }
 
-  // Presses the `index`th of `count` entries in the panel, and tells where. Of them all no more
-  // than one row.
-  QPoint pressEntry(int index = 0, int count = 1) {
+  // Opens the panel and tells where the `index`th of `count` entries is. Of them all no more than
+  // one row.
+  QPoint entryInPanel(int index = 0, int count = 1) {
     EXPECT_TRUE(desktop.activateAction("toggle-panel"));
     EXPECT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
     const QRect panel = panelFrame();
     const double cell = 42;  // from one entry to the next
-    const QPoint entry(qRound(panel.center().x() + (index - (count - 1) / 2.0) * cell),
-                       panel.center().y());
+    return {qRound(panel.center().x() + (index - (count - 1) / 2.0) * cell), panel.center().y()};
+  }
+  // Presses that entry, and tells where.
+  QPoint pressEntry(int index = 0, int count = 1) {
+    const QPoint entry = entryInPanel(index, count);
     click(entry);
     EXPECT_TRUE(waitFor([&] { return panelFrame().isEmpty(); }));
     return entry;
@@ -209,25 +212,38 @@ TEST_F(ActivationTest, KeysAndPointerWorkInAMenuFourLevelsDeep) {
 TEST_F(ActivationTest, ReleaseOfThePressOnAnEntryChoosesNothing) {
   Program& client = *begin({fake})[0];
   QStringList shaky;
-  for (int i = 0; i < 10; ++i)
+  for (int i = 0; i < 10; ++i) {
     shaky << (i % 2 ? "mousemove_relative -- -1 1" : "mousemove_relative 1 0") << "sleep 0.02";
+  }
   for (const QString& moves : {QString(), shaky.join(' '), QString("mousemove_relative 30 0")}) {
     for (const QString button : {"1", "3"}) {
       SCOPED_TRACE((button + ' ' + moves).toStdString());
       const auto before = client.output().count("clicked");
-      ASSERT_TRUE(desktop.activateAction("toggle-panel"));
-      ASSERT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
-      const QPoint entry = panelFrame().center();
+      const QPoint entry = entryInPanel();
       xdotool(QString("mousemove %1 %2 mousedown ").arg(entry.x()).arg(entry.y()) + button);
       ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
       xdotool((moves + " mouseup " + button).trimmed());
       xdotool("key q Return");
       ASSERT_TRUE(
           waitFor([&] { return client.output().count("clicked") > before && !menuIsOpen(); }));
-      EXPECT_TRUE(client.output().trimmed().split('\n').contains("Event 7 clicked"));
       EXPECT_EQ(client.output().count("clicked"), client.output().count("Event 7 clicked"));
     }
   }
+}
+
+TEST_F(ActivationTest, MenusThatClientsShowThemselvesWaitForTheRelease) {
+  Program& client = *begin({parcellite})[0];
+  const auto before = windows("parcellite");
+  const QPoint entry = entryInPanel();
+  xdotool(QString("mousemove %1 %2 mousedown 1").arg(entry.x()).arg(entry.y()));
+  letPass(1s);  // after which its toolkit takes a release for a choice
+  xdotool("mousemove_relative 5 3 sleep 0.05 mousemove_relative 5 3 sleep 0.05 mouseup 1");
+  ASSERT_TRUE(waitFor([&] { return !popupsOf(client.pid()).empty(); }));
+  letPass(500ms);
+  EXPECT_FALSE(popupsOf(client.pid()).empty());
+  xdotool("key Escape");
+  EXPECT_TRUE(waitFor([&] { return popupsOf(client.pid()).empty(); }));
+  EXPECT_EQ(windows("parcellite"), before) << "no command has opened a dialog";
 }
 
 TEST_F(ActivationTest, EntryIsPressedThoughItsLabelChanges) {
@@ -287,10 +303,9 @@ TEST_F(ActivationTest, PressOfAnEntryAsksTheBarOnce) {
   Program& monitor = desktop.start(
       "dbus-monitor", {"--profile", "type='method_call',interface='org.tarnwick.MenuBar1'"});
   ASSERT_TRUE(waitFor([&] { return monitor.output().contains("NameLost"); }));
-  ASSERT_TRUE(desktop.activateAction("toggle-panel"));
-  ASSERT_TRUE(waitFor([&] { return !panelFrame().isEmpty(); }));
+  const QPoint entry = entryInPanel();
   const auto before = monitor.output().count("\nmc");
-  click(panelFrame().center());
+  click(entry);
   ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
   EXPECT_EQ(monitor.output().count("\nmc"), before + 1) << monitor.output().toStdString();
 }
