@@ -32,7 +32,8 @@ class StatusItem {
   virtual void setImage(const Drawing& image) = 0;
   // Left and right clicks, each once, on release.
   virtual void setOnClick(std::function<void(const ClickEvent&)> callback) = 0;
-  // Asked afresh, or from the Accessibility::Snapshot that lives. Absent when there is no bar or it does not tell.
+  // Asked afresh, or from the Accessibility::Snapshot that lives. Absent when there is no bar or it
+  // does not tell.
   virtual std::optional<Rect> frame() const = 0;
 };
 

@@ -1,9 +1,12 @@
 #include <QDir>
 #include <QFile>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 
+#include "adapters/bar/bar_status_bar.h"
+#include "adapters/qt/qt_main_loop.h"
 #include "tests/desktop/harness/accessible_tree.h"
 #include "tests/desktop/harness/status_desktop_test.h"
 #include "tests/desktop/harness/x_screen.h"
@@ -246,6 +249,23 @@ TEST_F(ActivationTest, MenusThatClientsShowThemselvesWaitForTheRelease) {
   EXPECT_EQ(windows("parcellite"), before) << "no command has opened a dialog";
 }
 
+TEST_F(ActivationTest, MenuOfTheBarIsNotChosenInByAPressFromBefore) {
+  Program& barProgram = startBar();
+  Program& client = desktop.start("fake_sni_client", {"--menu-slow", "500"});
+  ASSERT_TRUE(waitFor([&] { return shown(fake); }));
+  const QPoint item = bar.itemsOf(fake.bundleId).front().frame.center().toPoint();
+  desktop.click(item, 3);
+  xdotool("mousedown 1");
+  ASSERT_TRUE(waitFor([&] { return popupsOf(barProgram.pid()).size() == 1; }));
+  const QRect menu = popupsOf(barProgram.pid()).front().frame;
+  xdotool(QString("mousemove %1 %2 sleep 0.05 mousemove_relative 5 5 sleep 0.05 mouseup 1")
+              .arg(menu.center().x())
+              .arg(menu.top() + 10));
+  xdotool("key q");
+  ASSERT_TRUE(waitFor([&] { return client.output().contains("clicked"); }));
+  EXPECT_TRUE(said(client, "Event 7 clicked")) << client.output().toStdString();
+}
+
 TEST_F(ActivationTest, EntryIsPressedThoughItsLabelChanges) {
   Program& client = *begin({fake})[0];
   openMenu();
@@ -303,11 +323,45 @@ TEST_F(ActivationTest, PressOfAnEntryAsksTheBarOnce) {
   Program& monitor = desktop.start(
       "dbus-monitor", {"--profile", "type='method_call',interface='org.tarnwick.MenuBar1'"});
   ASSERT_TRUE(waitFor([&] { return monitor.output().contains("NameLost"); }));
+  // Calls of the bar while `work` is done, between two that it does not know.
+  const auto calls = [&](const QByteArray& name, const std::function<void()>& work) {
+    const auto mark = [&](const QByteArray& method) {
+      desktop.bus().send(QDBusMessage::createMethodCall(
+          "org.tarnwick.MenuBar1", "/org/tarnwick/MenuBar1", "org.tarnwick.MenuBar1", method));
+    };
+    mark("Before" + name);
+    work();
+    mark("After" + name);
+    EXPECT_TRUE(waitFor([&] { return monitor.output().contains("After" + name); }));
+    const QByteArray all = monitor.output();
+    return all.mid(all.indexOf("Before" + name)).count("\nmc") - 1;
+  };
   const QPoint entry = entryInPanel();
-  const auto before = monitor.output().count("\nmc");
-  click(entry);
-  ASSERT_TRUE(waitFor([&] { return menuIsOpen(); }));
-  EXPECT_EQ(monitor.output().count("\nmc"), before + 1) << monitor.output().toStdString();
+  EXPECT_EQ(calls("Press",
+                  [&] {
+                    click(entry);
+                    EXPECT_TRUE(waitFor([&] { return menuIsOpen(); }));
+                  }),
+            1)
+      << monitor.output().toStdString();
+
+  // And where our own item is, below which a menu comes that belongs to no entry.
+  QtMainLoop loop;
+  const auto bus = desktop.connect();
+  BarConnection connection(loop, *bus);
+  BarSnapshots snapshots(connection);
+  BarStatusBar statusBar(connection, snapshots);
+  const auto own = statusBar.addItem(10, "own");
+  ASSERT_TRUE(waitFor([&] { return own->frame() && connection.hasAccess("accessibility"); }));
+  const auto frame = own->frame();
+  EXPECT_EQ(calls("Snapshot",
+                  [&] {
+                    const auto outer = snapshots.take();
+                    const auto inner = snapshots.take();
+                    EXPECT_EQ(own->frame(), frame);
+                  }),
+            1)
+      << monitor.output().toStdString();
 }
 
 TEST_F(ActivationTest, StoppedOrDyingClientsLeaveNothingBehind) {

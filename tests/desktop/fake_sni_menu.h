@@ -33,33 +33,26 @@ inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuNode&)
   return argument;
 }
 
-// What ItemsPropertiesUpdated carries of one entry; the removed ones are always none.
-struct MenuUpdate {
+// What ItemsPropertiesUpdated carries of one entry: properties with their values, or names of
+// removed ones.
+template <class Properties>
+struct Changed {
   int id = 0;
-  QVariantMap properties;
+  Properties properties;
 };
+using MenuUpdate = Changed<QVariantMap>;
+using MenuRemoval = Changed<QStringList>;
 
-inline QDBusArgument& operator<<(QDBusArgument& argument, const MenuUpdate& update) {
+template <class Properties>
+QDBusArgument& operator<<(QDBusArgument& argument, const Changed<Properties>& changed) {
   argument.beginStructure();
-  argument << update.id << update.properties;
+  argument << changed.id << changed.properties;
   argument.endStructure();
   return argument;
 }
 
-inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuUpdate&) {
-  return argument;
-}
-
-struct MenuRemoval {};
-
-inline QDBusArgument& operator<<(QDBusArgument& argument, const MenuRemoval&) {
-  argument.beginStructure();
-  argument << 0 << QStringList();
-  argument.endStructure();
-  return argument;
-}
-
-inline const QDBusArgument& operator>>(const QDBusArgument& argument, MenuRemoval&) {
+template <class Properties>
+const QDBusArgument& operator>>(const QDBusArgument& argument, Changed<Properties>&) {
   return argument;
 }
 
@@ -159,5 +152,3 @@ class Menu {
 }  // namespace fake
 
 Q_DECLARE_METATYPE(fake::MenuNode)
-Q_DECLARE_METATYPE(fake::MenuUpdate)
-Q_DECLARE_METATYPE(fake::MenuRemoval)

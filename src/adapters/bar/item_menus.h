@@ -31,11 +31,11 @@ class ItemMenus : public QObject {
   ItemMenus();
   ~ItemMenus() override;
 
-  // Has the owner open the item's menu. Whatever was open is closed first. What the owner has told
-  // of it half a second later is read without the rest. An item whose menu turns out not to be
-  // there is activated instead, with `place` (points) for what it may show; so is one whose menu
-  // is empty, which is shown all the same when it is filled after that. A menu that nobody watches
-  // is forgotten after some seconds.
+  // Has the owner open the item's menu. Whatever was open is closed first. Half a second
+  // later the menu is read as far as the owner has told of it by then. An item whose menu turns out
+  // not to be there is activated instead, with `place` (points) for what it may show; so is one
+  // whose menu is empty, which is shown all the same when it is filled after that. A menu that
+  // nobody watches is forgotten after some seconds.
   void open(const BarItem& item, std::optional<QPointF> place);
   // Closes whatever is open.
   void closeAll();
