@@ -67,8 +67,7 @@ void Board::remove(ItemId id) {
   items_.erase(found);
   item->disconnect(this);
   item->deleteLater();
-  pointer_.forget(id);
-  if (!pointer_.isPressed()) hand_.reset();
+  apply(pointer_.forget(id));
   row_.remove(id);
   const bool last = std::none_of(items_.begin(), items_.end(),
                                  [pid](const auto& other) { return other.second.pid == pid; });
@@ -102,24 +101,33 @@ void Board::setBounds(double right, double height) {
   scheduleFlush(true, false);
 }
 
+void Board::placeLeftOf(ItemId id, ItemId sibling) {
+  waitingPlaces_[id] = sibling;
+  if (!isHeld()) apply(pointer_.cancel());
+}
+
+void Board::placeWaiting() {
+  bool moved = false;
+  for (const auto& [id, sibling] : std::exchange(waitingPlaces_, {})) {
+    moved = row_.placeLeftOf(id, sibling) || moved;
+  }
+  if (!moved) return;
+  scheduleFlush(true, false);
+  emit orderChanged();
+}
+
 void Board::leftButton(Hand hand, Phase phase, QPointF at, std::uint32_t modifiers) {
   const Point point{at.x(), at.y()};
   RowPointer::Outcome outcome;
   if (phase == Phase::press) {
-    const bool taken = hand_ == Hand::user || isHeldByPoster();
-    if (taken && hand_ != hand) return;
+    if (isHeld() && hand_ != hand) return;
     outcome = pointer_.press(point, modifiers);
-    if (pointer_.isPressed()) {
-      hand_ = hand;
-    } else {
-      hand_.reset();
-    }
+    hand_ = hand;
   } else {
     if (hand_ != hand) return;
     if (phase == Phase::drag) {
       outcome = pointer_.drag(point);
     } else {
-      hand_.reset();
       outcome = phase == Phase::release ? pointer_.release(point) : pointer_.cancel();
     }
   }
@@ -138,6 +146,10 @@ bool Board::isHeldByPoster() const {
 void Board::apply(const RowPointer::Outcome& outcome, QPointF at, std::uint32_t modifiers) {
   if (outcome.layoutChanged) scheduleFlush(true, false);
   if (outcome.orderSettled) emit orderChanged();
+  if (!pointer_.isPressed()) {
+    hand_.reset();
+    placeWaiting();
+  }
   if (!outcome.clickedItem) return;
   if (Item* const clicked = item(*outcome.clickedItem)) {
     clicked->clicked(Qt::LeftButton, toQtModifiers(modifiers), at, anchor(*outcome.clickedItem));
@@ -171,8 +183,7 @@ void Board::updateTwins() {
     if (twin == entry->twin) continue;
     entry->twin = twin;
     if (twin) {
-      pointer_.forget(id);
-      if (!pointer_.isPressed()) hand_.reset();
+      apply(pointer_.forget(id));
       row_.remove(id);
       entry->item->placed({});
     } else {

@@ -41,6 +41,9 @@ class Board : public QObject {
   RowPointer& pointer() { return pointer_; }
 
   void setBounds(double right, double height);
+  // Moves an item immediately left of another, for good. While anybody holds an item, this waits
+  // until that is over; of several wishes for one item the last one counts.
+  void placeLeftOf(ItemId id, ItemId sibling);
 
   // One event of the left button at a point of the bar, from the user's hand or posted by a
   // program. While the user's hand holds an item, posted events are ignored, and the other way
@@ -85,7 +88,9 @@ class Board : public QObject {
   void updateTwins();
   void updateLength(ItemId id);
   void updateRecord(ItemId id);
-  void apply(const RowPointer::Outcome& outcome, QPointF at, std::uint32_t modifiers);
+  bool isHeld() const { return hand_ == Hand::user || isHeldByPoster(); }
+  void apply(const RowPointer::Outcome& outcome, QPointF at = {}, std::uint32_t modifiers = 0);
+  void placeWaiting();
   void scheduleFlush(bool layout, bool items);
   void flush();
   std::vector<qint32> freshApplications();
@@ -97,6 +102,7 @@ class Board : public QObject {
   std::set<qint32> appeared_;  // processes announced, until their last item goes
   ItemId nextId_ = 1;
   std::optional<Hand> hand_;
+  std::map<ItemId, ItemId> waitingPlaces_;  // item to the one it is to stand left of
   QElapsedTimer heldSince_;
   QElapsedTimer lastPosted_;
   QTimer itemsSpacing_;  // runs for a while after itemsChanged()

@@ -68,6 +68,13 @@ NativeItems::Error NativeItems::setImage(const QString& owner, ItemId id, QSizeF
   return Error::none;
 }
 
+NativeItems::Error NativeItems::placeLeftOf(const QString& owner, ItemId id, ItemId sibling) {
+  if (!find(owner, id) || !find(owner, sibling)) return Error::noSuchItem;
+  if (id == sibling) return Error::invalid;
+  board_.placeLeftOf(id, sibling);
+  return Error::none;
+}
+
 NativeItems::Error NativeItems::remove(const QString& owner, ItemId id) {
   if (!find(owner, id)) return Error::noSuchItem;
   items_.erase(id);

@@ -33,6 +33,8 @@ class NativeItems : public QObject {
   // top. Width and height 0 with no bytes take the picture away.
   Error setImage(const QString& owner, ItemId id, QSizeF points, quint32 width, quint32 height,
                  const QByteArray& rgba, bool isTemplate);
+  // Moves `id` immediately left of `sibling`, both of the owner's own and not the same.
+  Error placeLeftOf(const QString& owner, ItemId id, ItemId sibling);
   Error remove(const QString& owner, ItemId id);
   bool owns(const QString& owner, ItemId id) const { return find(owner, id) != nullptr; }
   // The connection has gone, and its items go with it.

@@ -182,6 +182,20 @@ void ItemRow::moveTo(ItemId id, std::size_t index) {
   while (place() < target) moveRight(id);
 }
 
+bool ItemRow::placeLeftOf(ItemId id, ItemId sibling) {
+  const auto slot = find(id);
+  const auto place = find(sibling);
+  const bool known = slot != slots_.end() && place != slots_.end();
+  if (!known || slot == place || slot + 1 == place) return false;
+  if (slot < place) {
+    std::rotate(slot, slot + 1, place);
+  } else {
+    std::rotate(place, slot, slot + 1);
+  }
+  layOut();
+  return true;
+}
+
 void ItemRow::restorePlace(ItemId id, const std::vector<std::string>& order) {
   const auto slot = find(id);
   if (slot == slots_.end()) return;

@@ -53,6 +53,9 @@ class ItemRow {
   void moveRight(ItemId id);
   // Moves it to place `index` of order().
   void moveTo(ItemId id, std::size_t index);
+  // Moves it immediately left of `sibling`, the places of absent items included. False when it
+  // stands there already, or one of them is not present.
+  bool placeLeftOf(ItemId id, ItemId sibling);
   // Moves it back between the keys it stood between in `order`, an earlier rememberedOrder().
   void restorePlace(ItemId id, const std::vector<std::string>& order);
 

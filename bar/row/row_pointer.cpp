@@ -77,8 +77,8 @@ RowPointer::Outcome RowPointer::cancel() {
   return outcome;
 }
 
-void RowPointer::forget(ItemId id) {
-  if (pressed_ && pressed_->item == id) pressed_.reset();
+RowPointer::Outcome RowPointer::forget(ItemId id) {
+  return pressed_ && pressed_->item == id ? cancel() : Outcome{};
 }
 
 std::optional<ItemId> RowPointer::draggedItem() const {

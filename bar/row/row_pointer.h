@@ -29,8 +29,8 @@ class RowPointer {
   Outcome release(Point at);
   // Ends the press or drag; a dragged item returns to where it was.
   Outcome cancel();
-  // To be called when an item is about to leave the row.
-  void forget(ItemId id);
+  // To be called when an item is about to leave the row: cancels what holds it.
+  Outcome forget(ItemId id);
 
   bool isPressed() const { return pressed_.has_value(); }
   // The item being dragged, and how far right of its place in the row it is to be drawn, in points.

@@ -47,6 +47,7 @@ const MenuBarService::Method MenuBarService::methods[] = {
     {"Render", "tuu", Capability::screenCapture, &MenuBarService::render},
     {"AddItem", "sd", {}, &MenuBarService::addItem},
     {"SetLength", "td", {}, &MenuBarService::setLength},
+    {"PlaceLeftOf", "tt", {}, &MenuBarService::placeLeftOf},
     {"RemoveItem", "t", {}, &MenuBarService::removeItem},
     {"OwnFrame", "t", {}, &MenuBarService::ownFrame},
     {"SetImage", "t(dd)uuayb", {}, &MenuBarService::setImage},
@@ -220,7 +221,8 @@ void MenuBarService::finish(const QDBusMessage& message, NativeItems::Error erro
     case NativeItems::Error::none:
       return reply(message);
     case NativeItems::Error::invalid:
-      return invalid(message, QStringLiteral("A name, length, size or byte count out of bounds"));
+      return invalid(message,
+                     QStringLiteral("A name, length, size, byte count or place out of bounds"));
     case NativeItems::Error::limit:
       return fail(message, QDBusError::errorString(QDBusError::LimitsExceeded),
                   QStringLiteral("Too many items"));

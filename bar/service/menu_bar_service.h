@@ -48,6 +48,7 @@ class MenuBarService : public QDBusVirtualObject {
   void render(const QDBusMessage& message, qint32 pid);
   void addItem(const QDBusMessage& message, qint32 pid);
   void setLength(const QDBusMessage& message, qint32 pid);
+  void placeLeftOf(const QDBusMessage& message, qint32 pid);
   void removeItem(const QDBusMessage& message, qint32 pid);
   void ownFrame(const QDBusMessage& message, qint32 pid);
   void setImage(const QDBusMessage& message, qint32 pid);

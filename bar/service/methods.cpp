@@ -131,6 +131,12 @@ void MenuBarService::setLength(const QDBusMessage& message, qint32) {
          native_.setLength(message.service(), arguments[0].toULongLong(), arguments[1].toDouble()));
 }
 
+void MenuBarService::placeLeftOf(const QDBusMessage& message, qint32) {
+  const QVariantList arguments = message.arguments();
+  finish(message, native_.placeLeftOf(message.service(), arguments[0].toULongLong(),
+                                      arguments[1].toULongLong()));
+}
+
 void MenuBarService::removeItem(const QDBusMessage& message, qint32) {
   finish(message, native_.remove(message.service(), message.arguments()[0].toULongLong()));
 }

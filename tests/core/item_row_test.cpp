@@ -69,6 +69,30 @@ TEST(ItemRowTest, ItemsOfOneKeyTakeTheFirstCopyThatIsFree) {
   EXPECT_EQ(row.order(), (std::vector<ItemId>{3, 1, 5, 4}));
 }
 
+TEST(ItemRowTest, AnItemIsPlacedImmediatelyLeftOfAnother) {
+  const struct {
+    ItemId item;
+    ItemId sibling;
+    const char* expected;  // keys; that of the absent item is "-"
+  } cases[] = {
+      {1, 3, "2-13"}, {3, 1, "312-"}, {2, 3, "1-23"},  // not even an absent one in between
+      {1, 2, "12-3"}, {3, 3, "12-3"}, {1, 9, "12-3"}, {9, 1, "12-3"},
+  };
+  for (const auto& [item, sibling, expected] : cases) {
+    ItemRow row;
+    row.setBounds(500, 24);
+    row.restoreOrder({"1", "2", "-", "3"});
+    for (const ItemId id : {1, 2, 3}) row.insert(id, std::to_string(id), Placement::leftmost, 20);
+    const bool moved = row.placeLeftOf(item, sibling);
+    std::string keys;
+    for (const std::string& key : row.rememberedOrder()) keys += key;
+    EXPECT_EQ(keys, expected) << item << " left of " << sibling;
+    EXPECT_EQ(moved, keys != "12-3");
+    if (!moved) continue;
+    EXPECT_EQ(row.frame(item)->maxX(), row.frame(sibling)->x);
+  }
+}
+
 TEST(ItemRowTest, RemembersNoMoreThanItsLimitAndDropsTheKeysOfWhoHasMost) {
   ItemRow row;
   row.restoreOrder({"quiet/item", "many/first"});

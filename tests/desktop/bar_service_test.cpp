@@ -17,12 +17,13 @@ class BarServiceTest : public StatusDesktopTest {
  protected:
   void SetUp() override {
     StatusDesktopTest::SetUp();
-    startBar();
+    barProgram = &startBar();
     desktop.grant(QCoreApplication::applicationFilePath(), {"accessibility", "screen-capture"});
     own = bar.addItem("own", 20);
     ASSERT_NE(own, 0U);
   }
 
+  Program* barProgram = nullptr;
   quint64 own = 0;
 };
 
@@ -49,6 +50,9 @@ TEST_F(BarServiceTest, WrongArgumentsAreErrorsAndChangeNothing) {
       {"SetLength", {mine, infinity}, invalid},
       {"SetLength", {id(foreign), 5.0}, noSuchItem},
       {"SetLength", {id(999), 5.0}, noSuchItem},
+      {"PlaceLeftOf", {mine, id(foreign)}, noSuchItem},
+      {"PlaceLeftOf", {id(foreign), mine}, noSuchItem},
+      {"PlaceLeftOf", {mine, mine}, invalid},
       {"RemoveItem", {id(foreign)}, noSuchItem},
       {"SetImage", {mine, size, 2U, 2U, four.chopped(1), false}, invalid},
       {"SetImage", {mine, size, 1U << 31, 2U, QByteArray(), false}, invalid},
@@ -77,6 +81,23 @@ TEST_F(BarServiceTest, WrongArgumentsAreErrorsAndChangeNothing) {
   EXPECT_EQ(bar.error(), QString());
   for (int i = 1; i < 64; ++i) EXPECT_NE(bar.addItem(QString::number(i), 1), 0U);
   EXPECT_EQ(bar.addItem("one too many", 1), 0U);
+}
+
+TEST_F(BarServiceTest, OwnItemsArePlacedBesideEachOtherAndStayThereOverARestart) {
+  desktop.grant(QCoreApplication::applicationFilePath(), {"accessibility"});
+  bar.addItem("between", 20);
+  const quint64 sibling = bar.addItem("sibling", 20);
+  const auto stands = [&] {
+    return bar.find("own")->frame.right() == bar.find("sibling")->frame.left();
+  };
+  ASSERT_FALSE(stands()) << row();
+  const auto id = [](quint64 number) { return QVariant::fromValue<qulonglong>(number); };
+  bar.call("PlaceLeftOf", {id(own), id(sibling)});
+  EXPECT_TRUE(stands()) << row();
+  EXPECT_TRUE(barProgram->terminate());
+  startBar();
+  for (const char* name : {"sibling", "between", "own"}) bar.addItem(name, 20);
+  EXPECT_TRUE(stands()) << row();
 }
 
 TEST_F(BarServiceTest, WithoutTheCapabilityNothingOfOthersIsToldOrMoved) {
