@@ -126,6 +126,7 @@ void BarWindow::layoutChanged() {
   updateUnlessIn(painted_, cells);
   painted_ = std::move(cells);
   if (nameRect() != paintedNameRect_) update(nameRect().united(paintedNameRect_).toAlignedRect());
+  followDrag();  // a change of the row may have ended it
 }
 
 void BarWindow::applyAppearance() {

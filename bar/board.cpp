@@ -53,7 +53,7 @@ ItemId Board::add(std::unique_ptr<Item> item) {
   // Before it takes its place: a twin that leaves may have stood there under the same key.
   updateTwins();
   if (!entry.twin) putIntoRow(id, entry);
-  scheduleFlush(true, true);
+  rowChanged(true);
   emit itemAdded(id);
   return id;
 }
@@ -73,7 +73,7 @@ void Board::remove(ItemId id) {
                                  [pid](const auto& other) { return other.second.pid == pid; });
   if (last) appeared_.erase(pid);
   updateTwins();
-  scheduleFlush(true, true);
+  rowChanged(true);
   emit itemRemoved(id);
 }
 
@@ -98,7 +98,7 @@ QPointF Board::anchor(ItemId id) const {
 
 void Board::setBounds(double right, double height) {
   row_.setBounds(right, height);
-  scheduleFlush(true, false);
+  rowChanged(false);
 }
 
 void Board::placeLeftOf(ItemId id, ItemId sibling) {
@@ -117,7 +117,9 @@ void Board::placeWaiting() {
 }
 
 void Board::leftButton(Hand hand, Phase phase, QPointF at, std::uint32_t modifiers) {
-  const Point point{at.x(), at.y()};
+  Point point{at.x(), at.y()};
+  // A monitor on the left does not show what the row has there.
+  if (hand == Hand::user && pointer_.isRearranging()) point.x = std::max(point.x, 0.0);
   RowPointer::Outcome outcome;
   if (phase == Phase::press) {
     if (isHeld() && hand_ != hand) return;
@@ -190,7 +192,7 @@ void Board::updateTwins() {
       putIntoRow(id, *entry);
     }
     entry->cell = {};
-    scheduleFlush(true, true);
+    rowChanged(true);
   }
 }
 
@@ -203,7 +205,7 @@ void Board::updateLength(ItemId id) {
   const bool wasListed = isListed(entry);
   entry.length = length;
   row_.setLength(id, length);
-  scheduleFlush(true, wasListed != isListed(entry));
+  rowChanged(wasListed != isListed(entry));
 }
 
 void Board::updateRecord(ItemId id) {
@@ -215,6 +217,12 @@ void Board::updateRecord(ItemId id) {
     updateTwins();
   }
   scheduleFlush(false, true);
+}
+
+// By anything but the pointer.
+void Board::rowChanged(bool items) {
+  apply(pointer_.rowChanged());
+  scheduleFlush(true, items);
 }
 
 void Board::scheduleFlush(bool layout, bool items) {

@@ -91,6 +91,7 @@ class Board : public QObject {
   bool isHeld() const { return hand_ == Hand::user || isHeldByPoster(); }
   void apply(const RowPointer::Outcome& outcome, QPointF at = {}, std::uint32_t modifiers = 0);
   void placeWaiting();
+  void rowChanged(bool items);
   void scheduleFlush(bool layout, bool items);
   void flush();
   std::vector<qint32> freshApplications();

@@ -17,6 +17,7 @@ RowPointer::Outcome RowPointer::press(Point at, std::uint32_t modifiers) {
   press.grabOffset = at.x - press.centre;
   press.super = (modifiers & superModifier) != 0;
   if (press.super) press.order = row_.rememberedOrder();
+  press.inSight = isInSight(*item);
   pressed_ = std::move(press);
   return outcome;
 }
@@ -40,14 +41,19 @@ RowPointer::Outcome RowPointer::drag(Point to) {
     return row_.frame(order[static_cast<std::size_t>(i)])->midX();
   };
   const auto count = static_cast<std::ptrdiff_t>(order.size());
+  const auto passes = [&](std::ptrdiff_t i) {
+    return pressed_->centre < centreAt(i) &&
+           (to.x < 0 || isInSight(order[static_cast<std::size_t>(i)]));
+  };
   std::ptrdiff_t left = index - 1;
-  for (; left >= 0 && pressed_->centre < centreAt(left); --left) row_.moveLeft(pressed_->item);
+  for (; left >= 0 && passes(left); --left) row_.moveLeft(pressed_->item);
   if (left == index - 1) {
     for (std::ptrdiff_t right = index + 1; right < count && pressed_->centre > centreAt(right);
          ++right) {
       row_.moveRight(pressed_->item);
     }
   }
+  pressed_->inSight = isInSight(pressed_->item);
   return outcome;
 }
 
@@ -72,6 +78,7 @@ RowPointer::Outcome RowPointer::cancel() {
   if (pressed_ && pressed_->dragging) {
     row_.restorePlace(pressed_->item, pressed_->order);
     outcome.layoutChanged = true;
+    outcome.orderSettled = true;
   }
   pressed_.reset();
   return outcome;
@@ -79,6 +86,20 @@ RowPointer::Outcome RowPointer::cancel() {
 
 RowPointer::Outcome RowPointer::forget(ItemId id) {
   return pressed_ && pressed_->item == id ? cancel() : Outcome{};
+}
+
+RowPointer::Outcome RowPointer::rowChanged() {
+  if (!pressed_) return {};
+  const bool inSight = isInSight(pressed_->item);
+  const bool hasRoom = row_.length(pressed_->item) > 0;
+  if (!hasRoom || (pressed_->inSight && !inSight)) return cancel();
+  pressed_->inSight = inSight;
+  return {};
+}
+
+bool RowPointer::isInSight(ItemId id) const {
+  const auto frame = row_.frame(id);
+  return frame && frame->maxX() > 0;
 }
 
 std::optional<ItemId> RowPointer::draggedItem() const {

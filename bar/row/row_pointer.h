@@ -10,15 +10,20 @@
 namespace tarnwick::bar {
 
 // What the left pointer button does to the row: a drag with the Super key held rearranges it, a
-// click without it reaches the item. The same rules serve the user's hand and posted events.
+// click without it reaches the item. The same rules serve the user's hand and posted events:
+// - A drag to the left passes what is laid out beyond the bar's left end (x = 0) only while the
+//   pointer is beyond it too. The hand's never is, so that it passes nothing it does not see;
+//   posted events put items there and fetch them back.
+// - What holds an item in sight is cancelled when anything but the drag itself takes the item out
+//   of sight: nobody can mean to drag what is elsewhere.
 class RowPointer {
  public:
   static constexpr double dragThreshold = 4;  // points
   static constexpr std::uint32_t superModifier = 8;
 
   struct Outcome {
-    bool layoutChanged = false;         // frames or the dragged item's picture moved
-    bool orderSettled = false;          // a drag ended in a new order: remember it
+    bool layoutChanged = false;  // frames or the dragged item's picture moved
+    bool orderSettled = false;   // a drag has ended, in a new order or cancelled: remember it
     std::optional<ItemId> clickedItem;  // a click without Super ended on the item it began on
   };
 
@@ -31,8 +36,12 @@ class RowPointer {
   Outcome cancel();
   // To be called when an item is about to leave the row: cancels what holds it.
   Outcome forget(ItemId id);
+  // To be called when the row was changed by anybody else.
+  Outcome rowChanged();
 
   bool isPressed() const { return pressed_.has_value(); }
+  // Pressed with the Super key: it is or may become a drag.
+  bool isRearranging() const { return pressed_ && pressed_->super; }
   // The item being dragged, and how far right of its place in the row it is to be drawn, in points.
   std::optional<ItemId> draggedItem() const;
   double dragOffset() const;
@@ -45,8 +54,11 @@ class RowPointer {
     std::vector<std::string> order;  // of the row's keys at that moment
     bool super = false;
     bool dragging = false;
-    double centre = 0;  // where the dragged item's centre is drawn
+    bool inSight = false;  // the item was when the last event or change was over
+    double centre = 0;     // where the dragged item's centre is drawn
   };
+
+  bool isInSight(ItemId id) const;
 
   ItemRow& row_;
   std::optional<Press> pressed_;

@@ -145,6 +145,76 @@ TEST(RowPointerTest, ADraggedItemSwapsWithNeighboursWhoseCentreItPasses) {
   }
 }
 
+// Where a row is wider than the bar, whose left end is at x = 0.
+TEST(RowPointerTest, PassesItemsBeyondTheLeftEndOnlyWithThePointerThereToo) {
+  const struct {
+    const char* name;
+    std::vector<double> lengths;  // from left to right, up to x = 500
+    ItemId item;
+    double from;  // the pointer
+    double to;
+    std::vector<ItemId> expected;
+  } cases[] = {
+      {"at the left end", {2, 6, 494}, 2, 5.5, 0, {1, 2, 3}},
+      {"past a passive one", {20, 0, 20, 440}, 3, 50, 25, {3, 1, 2, 4}},
+      {"a neighbour half in sight", {20, 10, 475}, 2, 20, 4, {2, 1, 3}},
+      {"in sight, but not what is behind", {2, 8, 24, 471}, 3, 28.9, 0, {1, 3, 2, 4}},
+      {"dropped beyond", {30, 2, 20, 480}, 3, 10, -14, {1, 3, 2, 4}},
+      {"fetched from beyond", {20, 2, 24, 496}, 1, -32, 20, {2, 3, 1, 4}},
+      {"all of it beyond", {20, 2, 20, 20, 500}, 4, -10, -51, {1, 4, 2, 3, 5}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    ItemRow row = rowOf(c.lengths);
+    RowPointer pointer(row);
+    ASSERT_EQ(row.itemAt({c.from, 12}), c.item);
+    pointer.press({c.from, 12}, super);
+    for (int step = 1; step <= 6; ++step) {
+      pointer.drag({c.from + (c.to - c.from) * step / 6, 12});
+    }
+    pointer.release({c.to, 12});
+    EXPECT_EQ(row.order(), c.expected);
+  }
+}
+
+TEST(RowPointerTest, WhatBecomesOfTheHeldItemMayEndTheDrag) {
+  const struct {
+    const char* name;
+    ItemId resized;
+    double length;
+    bool ends;
+  } cases[] = {
+      {"it becomes passive", 2, 0, true},
+      {"it is pushed out of sight", 3, 16'000, true},
+      {"it is pushed half out of sight", 3, 465, false},
+      {"it grows itself", 2, 40, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    ItemRow row = rowOf({20, 20, 20});
+    RowPointer pointer(row);
+    pointer.press({470, 12}, super);
+    pointer.drag({449, 12});
+    ASSERT_EQ(row.order(), (std::vector<ItemId>{2, 1, 3}));
+    row.setLength(c.resized, c.length);
+    const auto outcome = pointer.rowChanged();
+    EXPECT_EQ(outcome.orderSettled, c.ends) << "what was stored meanwhile is stored again";
+    EXPECT_EQ(pointer.isPressed(), !c.ends);
+    EXPECT_EQ(row.order().front(), c.ends ? 1u : 2u);
+  }
+  // An item that a drag itself put out of sight, or fetches from there, stays held.
+  ItemRow row = rowOf({20, 2, 20, 480});
+  RowPointer pointer(row);
+  for (const double to : {-40.0, 60.0}) {
+    pointer.press({row.frame(3)->midX(), 12}, super);
+    pointer.drag({to, 12});
+    row.setLength(2, 3);
+    EXPECT_FALSE(pointer.rowChanged().layoutChanged);
+    EXPECT_TRUE(pointer.isPressed());
+    pointer.release({to, 12});
+  }
+}
+
 TEST(RowPointerTest, KeepsThePointerWhereItGrabbedTheItem) {
   ItemRow row = rowOf({20, 20});
   RowPointer pointer(row);

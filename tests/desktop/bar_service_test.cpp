@@ -100,6 +100,36 @@ TEST_F(BarServiceTest, OwnItemsArePlacedBesideEachOtherAndStayThereOverARestart)
   EXPECT_TRUE(stands()) << row();
 }
 
+TEST_F(BarServiceTest, TheHandLosesAnItemThatIsPushedOutOfSight) {
+  bar.addItem("small", 4);
+  bar.addItem("held", 20);
+  const auto xdotool = [&](const QString& commands) {
+    EXPECT_TRUE(desktop.start("xdotool", commands.split(' ')).waitForEnd());
+  };
+  const auto takeHeld = [&] {
+    const QPoint at = bar.find("held")->frame.center().toPoint();
+    xdotool(QString("mousemove %1 %2 keydown super mousedown 1 mousemove_relative 13 0")
+                .arg(at.x())
+                .arg(at.y()));
+  };
+  const auto stands = [&](const char* left, const char* right) {
+    return waitFor([&] { return bar.find(left)->frame.right() == bar.find(right)->frame.left(); });
+  };
+  const auto setLength = [&](double length) {
+    bar.call("SetLength", {QVariant::fromValue<qulonglong>(own), length});
+  };
+  takeHeld();
+  ASSERT_TRUE(stands("held", "own")) << row();
+  setLength(16'000);
+  xdotool("mousemove_relative 3 0 mouseup 1 keyup super");
+  setLength(20);
+  EXPECT_TRUE(stands("held", "small") && stands("small", "own")) << row();
+  // It can be taken again, which shows that all of the above has arrived.
+  takeHeld();
+  xdotool("mouseup 1 keyup super");
+  EXPECT_TRUE(stands("small", "held") && stands("held", "own")) << row();
+}
+
 TEST_F(BarServiceTest, WithoutTheCapabilityNothingOfOthersIsToldOrMoved) {
   const BarItem item = *bar.find("own");
   bar.addItem("left", 20);

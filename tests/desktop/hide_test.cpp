@@ -36,6 +36,25 @@ TEST_F(HideTest, ApplicationsOfBothProtocolsLeaveTheBarAndComeBack) {
   EXPECT_TRUE(shown(copyq) && shown(gxkb) && shown(volumeicon)) << row();
 }
 
+TEST_F(HideTest, AnItemCrossesABoundaryBeyondTheBarsLeftEndAndComesBack) {
+  grantUtility();
+  startBar();
+  startClients({gxkb});
+  startUtility();
+  const quint64 wide = bar.addItem("wide", 100);
+  bar.drag(*bar.find("wide"), 2'000);
+  const auto left = [&] { return bar.itemsOf(gxkb.bundleId).front().frame.left(); };
+  bar.call("SetLength", {QVariant::fromValue<qulonglong>(wide), 100 + left() - 2});
+  ASSERT_EQ(left(), 2) << row();
+  ASSERT_LT(native("tarnwick.boundary")->frame.right(), 0) << row();
+  const QStringList before = order();
+  ASSERT_TRUE(hide(gxkb));
+  ASSERT_TRUE(waitFor([&] { return collapsed() && hidden(gxkb); })) << row();
+  EXPECT_EQ(order().indexOf("gxkb/" + bar.itemsOf(gxkb.bundleId).front().hint), 0) << row();
+  ASSERT_TRUE(release(gxkb));
+  EXPECT_TRUE(waitFor([&] { return boundaryLength() == 2 && order() == before; })) << row();
+}
+
 TEST_F(HideTest, ApplicationStartedLaterIsPutAwayThreeSecondsAfterItsLaunch) {
   grantUtility();
   hideInDefaults({gxkb, parcellite});
