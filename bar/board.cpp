@@ -244,6 +244,9 @@ void Board::flush() {
       found->second.cell = cell;
       items = true;
       found->second.item->placed(cell.width > 0 ? toQt(cell) : QRectF());
+      if (cell.width > 0 && !std::exchange(found->second.shown, true)) {
+        found->second.item->appeared();
+      }
     }
     emit layoutChanged();
   }

@@ -78,8 +78,9 @@ class Board : public QObject {
     ItemKind kind = ItemKind::sni;
     qint32 pid = 0;
     double length = 0;
-    bool twin = false;  // an XEmbed item whose process shows a StatusNotifierItem too
-    Rect cell;          // where it was last told to be
+    bool twin = false;   // an XEmbed item whose process shows a StatusNotifierItem too
+    bool shown = false;  // has had a place with some room
+    Rect cell;           // where it was last told to be
   };
 
   bool isListed(const Entry& entry) const;

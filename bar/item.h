@@ -46,8 +46,13 @@ class Item : public QObject {
                      const QColor& foreground) = 0;
 
   // False while paint() has nothing of the item's own to draw because its owner has not given it
-  // yet.
+  // yet. Once the item is no longer fresh, paint() draws a placeholder instead.
   virtual bool hasPicture() const { return true; }
+  // Its owner may still be about to give its first picture: for three seconds from when it took its
+  // first place in the row, if it had none then.
+  bool isFresh() const { return fresh_; }
+  // To be called once, when it has taken that place.
+  void appeared();
 
   // Nothing of it is to be seen: it takes room, but the bar shows through and gives no feedback.
   virtual bool isBlank() const { return false; }
@@ -74,6 +79,9 @@ class Item : public QObject {
   void lengthChanged();   // length() has a new value
   void contentChanged();  // paint() would draw something else
   void recordChanged();   // record() would answer something else
+
+ private:
+  bool fresh_ = true;
 };
 
 }  // namespace tarnwick::bar

@@ -95,7 +95,7 @@ void MenuBarService::render(const QDBusMessage& message, qint32) {
       frame->height <= 0) {
     return invalid(message, QStringLiteral("Sides are 1 to %1 pixels").arg(maximumRender));
   }
-  if (!item->hasPicture()) {
+  if (item->isFresh() && !item->hasPicture()) {
     return fail(message, QStringLiteral("org.tarnwick.MenuBar1.Error.NoPicture"),
                 QStringLiteral("The item's icon is not there yet"));
   }

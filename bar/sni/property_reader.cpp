@@ -24,7 +24,6 @@ constexpr int crowdedDelayMs = 100;  // the bus itself has too many calls open; 
 constexpr int maximumCrowded = 8;
 constexpr int takeShare = 20;  // between readings: this many times what one costs here
 constexpr int longestSpacingMs = 5'000;
-constexpr int gatherMs = 10;   // several signals tell of one change
 constexpr int spacingMs = 33;  // one reading per frame
 constexpr int floodSignals = 10;
 constexpr int muteMs = 100;
@@ -64,7 +63,11 @@ void PropertyReader::refresh() {
   attempts_ = 0;
   if (reading_ || timer_.isActive()) return;
   const qint64 wait = sinceRead_.isValid() ? spacing_ - sinceRead_.elapsed() : 0;
-  timer_.start(std::max(gatherMs, static_cast<int>(wait)), Qt::PreciseTimer, this);
+  if (wait > 0) {
+    timer_.start(static_cast<int>(wait), Qt::PreciseTimer, this);
+  } else {
+    read();
+  }
 }
 
 void PropertyReader::checkLater() {

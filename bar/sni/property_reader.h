@@ -12,9 +12,9 @@
 
 namespace tarnwick::bar {
 
-// Keeps reading the properties of one StatusNotifierItem when its owner signals a change: one
-// request under way at a time, at most 30 a second, fewer when signals come in floods or their
-// contents take long. Waits for
+// Keeps reading the properties of one StatusNotifierItem when its owner signals a change: at once
+// after a quiet time, but one request under way at a time, at most 30 a second, fewer when signals
+// come in floods or their contents take long. Waits for
 // nothing; an owner that does not answer is asked four times (the fourth, while nothing was ever
 // read, without a time-out), then again at its next signal.
 class PropertyReader : public QObject {
@@ -26,7 +26,7 @@ class PropertyReader : public QObject {
   ~PropertyReader() override;
 
   void start();
-  // Reads again soon.
+  // Reads again, now or as soon as that may be.
   void refresh();
   // Reads again once in ten seconds: some owners take their object away without a word.
   void checkLater();

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "bar/metrics.h"
+#include "bar/placeholder.h"
 
 namespace tarnwick::bar {
 
@@ -144,7 +145,7 @@ void SniItem::paint(QPainter& painter, const QRectF& cell, double scale, const Q
     const double width = icon_.width(iconSide());
     const QRectF rect(x, cell.center().y() - iconSide() / 2, width, iconSide());
     if (icon_.isNull()) {
-      paintPlaceholder(painter, rect, foreground);
+      paintPlaceholder(painter, rect, name(), foreground);
     } else {
       icon_.paint(painter, rect, scale, foreground, shared_->icons);
     }
@@ -160,19 +161,6 @@ void SniItem::paint(QPainter& painter, const QRectF& cell, double scale, const Q
   painter.setFont(QGuiApplication::font());
   painter.drawText(QRectF(x, cell.top(), labelWidth(), cell.height()),
                    Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, labelShown());
-}
-
-// The application's initial, so that an icon that cannot be found does not look like a gap.
-void SniItem::paintPlaceholder(QPainter& painter, const QRectF& rect,
-                               const QColor& foreground) const {
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(foreground, 1));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(rect.adjusted(1.5, 1.5, -1.5, -1.5), 3, 3);
-  QFont font = QGuiApplication::font();
-  font.setPixelSize(std::max(6, static_cast<int>(rect.height() * 0.55)));
-  painter.setFont(font);
-  painter.drawText(rect, Qt::AlignCenter, name().left(1).toUpper());
 }
 
 QString SniItem::toolTip() const {

@@ -66,7 +66,6 @@ class SniItem : public Item {
   QString name() const;
   QString labelShown() const;
   double labelWidth() const;
-  void paintPlaceholder(QPainter& painter, const QRectF& rect, const QColor& foreground) const;
 
   bool leftOpensMenu() const;
   bool isAyatana() const;

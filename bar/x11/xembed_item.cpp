@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "bar/metrics.h"
+#include "bar/placeholder.h"
 
 namespace tarnwick::bar::x11 {
 
@@ -87,15 +88,20 @@ double XembedItem::length() const {
   return shown ? Metrics::shared().iconSide() + 2 * Metrics::padding : 0;
 }
 
-void XembedItem::paint(QPainter& painter, const QRectF& cell, double scale, const QColor&) {
-  if (!icon_ || icon_->picture().isNull()) return;
+void XembedItem::paint(QPainter& painter, const QRectF& cell, double scale,
+                       const QColor& foreground) {
+  if (!icon_ || (!hasPicture() && isFresh())) return;
   // The picture has the bar window's pixels; another scale (a capture) stretches it.
   const int side = static_cast<int>(std::lround(Metrics::shared().iconSide() * scale));
-  const QPointF corner = QPointF(cornerIn(cell, scale, side)) / scale;
+  const QRectF place(QPointF(cornerIn(cell, scale, side)) / scale, QSizeF(side, side) / scale);
   const bool stretched = side != icon_->picture().width();
   painter.save();
-  painter.setRenderHint(QPainter::SmoothPixmapTransform, stretched);
-  painter.drawImage(QRectF(corner, QSizeF(side, side) / scale), icon_->picture());
+  if (hasPicture()) {
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, stretched);
+    painter.drawImage(place, icon_->picture());
+  } else {
+    paintPlaceholder(painter, place, icon_->title().isEmpty() ? hint_ : icon_->title(), foreground);
+  }
   painter.restore();
 }
 

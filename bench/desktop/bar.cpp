@@ -5,15 +5,18 @@
 
 namespace tarnwick::bench {
 
-// From the call to the watcher until the icon's colour is on the screen.
+// From the call to the watcher, or from the signal of a change, until the icon's colour is on the
+// screen.
 void pixels() {
   Ground ground;
   ground.startBar();
   letPass(1s);
   const int y = static_cast<int>(ground.bar.frame().center().y());
   std::vector<double> times;
+  std::vector<double> changes;
   for (std::uint32_t run = 0; run < 21; ++run) {
     const std::uint32_t colour = 0xc01040 + run * 5;
+    const std::uint32_t changed = 0x10c040 + run * 5;
     const auto bus = ground.desktop.connect();
     Items client(*bus, 1, colour);
     const ColourWatch watch(ground.desktop.display(), colour, y);
@@ -22,8 +25,17 @@ void pixels() {
     client.registerAll();
     if (!waitFor([&] { return watch.seen().has_value(); })) fail("the icon is not shown");
     if (run > 0) times.push_back(milliseconds(*watch.seen() - start));
+
+    letPass(300ms);
+    const ColourWatch next(ground.desktop.display(), changed, y);
+    letPass(100ms);
+    const auto signalled = Clock::now();
+    client.setColour(changed);
+    if (!waitFor([&] { return next.seen().has_value(); })) fail("the new icon is not shown");
+    if (run > 0) changes.push_back(milliseconds(*next.seen() - signalled));
   }
   print({"registration to pixels", "ms", "8", 2}, times);
+  print({"NewIcon after a quiet time to pixels", "ms", "8", 2}, changes);
 }
 
 // One client that signals a new icon 1,000 times a second.

@@ -121,10 +121,9 @@ std::optional<Clock::time_point> ColourWatch::seen() const {
   return Clock::time_point(Clock::duration(at));
 }
 
-Items::Items(const QDBusConnection& bus, int count, std::uint32_t colour)
-    : bus_(bus), count_(count) {
-  qDBusRegisterMetaType<fake::Pixmap>();
-  qDBusRegisterMetaType<QList<fake::Pixmap>>();
+namespace {
+
+QVariant square(std::uint32_t colour) {
   constexpr int side = 22;
   QByteArray bytes;
   for (int i = 0; i < side * side; ++i) {
@@ -132,11 +131,20 @@ Items::Items(const QDBusConnection& bus, int count, std::uint32_t colour)
       bytes += static_cast<char>((colour | 0xff000000U) >> shift);
     }
   }
+  return QVariant::fromValue(QList<fake::Pixmap>{{side, side, bytes}});
+}
+
+}  // namespace
+
+Items::Items(const QDBusConnection& bus, int count, std::uint32_t colour)
+    : bus_(bus), count_(count) {
+  qDBusRegisterMetaType<fake::Pixmap>();
+  qDBusRegisterMetaType<QList<fake::Pixmap>>();
   properties_ = {{"Category", "ApplicationStatus"},
                  {"Id", "bench"},
                  {"Title", "Bench"},
                  {"Status", "Active"},
-                 {"IconPixmap", QVariant::fromValue(QList<fake::Pixmap>{{side, side, bytes}})}};
+                 {"IconPixmap", square(colour)}};
   bus_.registerVirtualObject("/", this, QDBusConnection::SubPath);
 }
 
@@ -153,6 +161,11 @@ void Items::registerAll() {
     call.setArguments({QStringLiteral("%1/item/%2").arg(bus_.baseService()).arg(i)});
     bus_.send(call);
   }
+}
+
+void Items::setColour(std::uint32_t colour) {
+  properties_["IconPixmap"] = square(colour);
+  bus_.send(QDBusMessage::createSignal("/item/0", "org.kde.StatusNotifierItem", "NewIcon"));
 }
 
 bool Items::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {

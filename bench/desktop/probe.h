@@ -71,7 +71,8 @@ class Items : public QDBusVirtualObject {
   Items(const QDBusConnection& bus, int count, std::uint32_t colour);
   ~Items() override;
 
-  void registerAll();  // does not wait
+  void registerAll();                    // does not wait
+  void setColour(std::uint32_t colour);  // of all, and says so of the first
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
   QString introspect(const QString&) const override { return {}; }
 

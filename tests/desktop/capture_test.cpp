@@ -75,25 +75,40 @@ TEST_F(CaptureTest, MissingPictureIsTakenInAShortReveal) {
   EXPECT_EQ(pictureOf(parcellite).size(), old.size());
 }
 
-TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsNotPictured) {
+TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsWaitedForAWhile) {
   startBar();
+  const QString red = desktop.folder("data") + "/red.png";
+  QImage square(18, 18, QImage::Format_ARGB32);
+  square.fill(0xffcc2222);
+  ASSERT_TRUE(square.save(red));
+  // Some pixel is drawn, or is drawn red.
+  const auto draws = [](const QByteArray& rgba, bool inRed) {
+    const auto part = [&](qsizetype i) { return static_cast<uchar>(rgba[i]); };
+    for (qsizetype i = 0; i + 3 < rgba.size(); i += 4) {
+      if (part(i + 3) > 0 && (!inRed || part(i) > part(i + 1) + 100)) return true;
+    }
+    return false;
+  };
   const struct {
-    Program& client;
+    const char* program;
+    QStringList arguments;
     const char* hint;
-    const char* gives;  // what makes it give one
-  } cases[] = {
-      {desktop.start("fake_xembed_client", {"--colour=0"}), "FakeXembed", "colour ffcc2222"},
-      {desktop.start("fake_sni_client", {"--icon-size", "0"}), "fake-sni", "icon-name x"}};
-  for (const auto& [client, hint, gives] : cases) {
-    SCOPED_TRACE(hint);
+    QString gives;  // what makes it give a red one; empty: it never does
+  } cases[] = {{"fake_xembed_client", {"--colour=0"}, "FakeXembed", "colour ffcc2222"},
+               {"fake_sni_client", {"--icon-size", "0"}, "fake-sni", "icon-name " + red},
+               {"fake_xembed_client", {"--colour=0"}, "FakeXembed", {}},
+               {"fake_sni_client", {"--icon-size", "0"}, "fake-sni", {}}};
+  for (const auto& [program, arguments, hint, gives] : cases) {
+    SCOPED_TRACE(std::string(hint) + (gives.isEmpty() ? " gives none" : " gives one"));
+    Program& client = desktop.start(program, arguments);
     ASSERT_TRUE(waitFor([&] { return bar.find(hint).has_value(); })) << row();
-    const auto error = [&, id = bar.find(hint)->id] {
-      bar.call("Render", {QVariant::fromValue<qulonglong>(id), 8U, 8U});
-      return bar.error();
-    };
-    EXPECT_EQ(error(), "org.tarnwick.MenuBar1.Error.NoPicture");
-    client.write(gives);
-    EXPECT_TRUE(waitFor([&] { return error().isEmpty(); }));
+    const auto id = bar.find(hint)->id;
+    bar.render(id, 26, 24);
+    EXPECT_EQ(bar.error(), "org.tarnwick.MenuBar1.Error.NoPicture");
+    if (!gives.isEmpty()) client.write(gives.toUtf8());
+    EXPECT_TRUE(waitFor([&] { return draws(bar.render(id, 26, 24).rgba, !gives.isEmpty()); }));
+    client.kill();
+    EXPECT_TRUE(waitFor([&] { return !bar.find(hint); })) << row();
   }
 }
 
