@@ -61,7 +61,7 @@ void PropertyReader::start() {
 void PropertyReader::refresh() {
   dirty_ = true;
   attempts_ = 0;
-  if (reading_ || timer_.isActive()) return;
+  if (reading_ || timer_.isActive() || muteTimer_.isActive()) return;
   const qint64 wait = sinceRead_.isValid() ? spacing_ - sinceRead_.elapsed() : 0;
   if (wait > 0) {
     timer_.start(static_cast<int>(wait), Qt::PreciseTimer, this);
