@@ -29,6 +29,7 @@ AccessStore::Grants grantsOf(const nlohmann::json& document) {
 
 AccessStore::AccessStore(desktop::JsonFile file, GrantTimes times, QObject* parent)
     : QObject(parent), file_(std::move(file)), times_(std::move(times)) {
+  times_.check(file_.path());
   refresh();
 }
 
@@ -75,6 +76,7 @@ void AccessStore::refresh() {
   stamp_ = now;
   // An empty file is one that somebody is writing in place: not to be kept aside as damaged.
   take(now.size == 0 ? Grants{} : grantsOf(file_.read()));
+  times_.confirm(file_.path());
 }
 
 AccessStore::Stamp AccessStore::stamp() const {

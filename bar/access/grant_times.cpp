@@ -40,4 +40,21 @@ void GrantTimes::revoked(const std::string& executable, Capability capability) {
   });
 }
 
+void GrantTimes::confirm(const std::filesystem::path& grants) {
+  std::error_code error;
+  const auto changedAt = std::filesystem::last_write_time(grants, error);
+  if (!error) std::filesystem::last_write_time(file_.path(), changedAt, error);
+}
+
+void GrantTimes::check(const std::filesystem::path& grants) {
+  std::error_code error;
+  const auto confirmedAt = std::filesystem::last_write_time(file_.path(), error);
+  if (error) return;  // there are none
+  if (std::filesystem::last_write_time(grants, error) == confirmedAt && !error) return;
+  file_.update([](json& document) {
+    document = json::object();
+    return true;
+  });
+}
+
 }  // namespace tarnwick::bar

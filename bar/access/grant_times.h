@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -20,6 +21,12 @@ class GrantTimes {
                                                 Capability capability) const;
   void granted(const std::string& executable, Capability capability);
   void revoked(const std::string& executable, Capability capability);
+  // The times are those of `grants`, the file of grants, as it stands now: marks that by giving
+  // their own file its time of change.
+  void confirm(const std::filesystem::path& grants);
+  // Forgets all times when `grants` was changed since: what was taken meanwhile and given anew
+  // cannot be told from the rest.
+  void check(const std::filesystem::path& grants);
 
  private:
   desktop::JsonFile file_;
