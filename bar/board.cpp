@@ -68,11 +68,12 @@ void Board::remove(ItemId id) {
   item->disconnect(this);
   item->deleteLater();
   apply(pointer_.forget(id));
+  const std::string place = row_.key(id);
   row_.remove(id);
   const bool last = std::none_of(items_.begin(), items_.end(),
                                  [pid](const auto& other) { return other.second.pid == pid; });
   if (last) appeared_.erase(pid);
-  updateTwins();
+  updateTwins(place);
   rowChanged(true);
   emit itemRemoved(id);
 }
@@ -175,7 +176,7 @@ void Board::putIntoRow(ItemId id, Entry& entry) {
               entry.length);
 }
 
-void Board::updateTwins() {
+void Board::updateTwins(const std::string& left) {
   std::vector<std::pair<ItemId, Entry*>> embedded;
   for (auto& [id, entry] : items_) {
     if (entry.kind == ItemKind::xembed) embedded.emplace_back(id, &entry);
@@ -190,6 +191,7 @@ void Board::updateTwins() {
       entry->item->placed({});
     } else {
       putIntoRow(id, *entry);
+      row_.placeAt(id, left);
     }
     entry->cell = {};
     rowChanged(true);

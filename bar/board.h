@@ -26,7 +26,7 @@ class Board : public QObject {
 
   // Takes the item in and gives it an id, never reused while the bar runs. An XEmbed item whose
   // process also shows a StatusNotifierItem is kept but takes no room and is not listed: a client
-  // that shows up both ways is one item.
+  // that shows up both ways is one item. When the StatusNotifierItem goes, it takes its place.
   ItemId add(std::unique_ptr<Item> item);
   void remove(ItemId id);
   Item* item(ItemId id) const;  // nullptr when gone
@@ -86,7 +86,8 @@ class Board : public QObject {
   bool isListed(const Entry& entry) const;
   bool isTwin(const Entry& entry) const;
   void putIntoRow(ItemId id, Entry& entry);
-  void updateTwins();
+  // `left` is the key of the place that an item has just left.
+  void updateTwins(const std::string& left = {});
   void updateLength(ItemId id);
   void updateRecord(ItemId id);
   bool isHeld() const { return hand_ == Hand::user || isHeldByPoster(); }

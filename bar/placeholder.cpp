@@ -19,4 +19,13 @@ void paintPlaceholder(QPainter& painter, const QRectF& rect, const QString& name
   painter.drawText(rect, Qt::AlignCenter, name.left(1).toUpper());
 }
 
+bool isWhollyTransparent(const QImage& picture) {
+  for (int y = 0; y < picture.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+    if (std::any_of(row, row + picture.width(), [](QRgb pixel) { return qAlpha(pixel) != 0; }))
+      return false;
+  }
+  return true;
+}
+
 }  // namespace tarnwick::bar

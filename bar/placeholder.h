@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
@@ -11,5 +12,8 @@ namespace tarnwick::bar {
 // `name`, so that the item does not look like a gap.
 void paintPlaceholder(QPainter& painter, const QRectF& rect, const QString& name,
                       const QColor& foreground);
+
+// Nothing of the picture, premultiplied ARGB32, is to be seen.
+bool isWhollyTransparent(const QImage& picture);
 
 }  // namespace tarnwick::bar

@@ -11,6 +11,7 @@ namespace tarnwick::bar {
 namespace {
 
 constexpr int delayMs = 1'000;
+constexpr int orderDelayMs = 50;  // a bar that is killed then must not undo what was done in sight
 constexpr int longestDelayMs = 64'000;  // of another attempt after failed ones
 constexpr std::size_t maximumKeys = ItemRow::maximumKeys;
 
@@ -35,13 +36,13 @@ PositionStore::PositionStore(Board& board, desktop::JsonFile file, QObject* pare
   timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &PositionStore::save);
   // What comes in a burst, as at the start of a session or in a row of drags, is stored together.
-  const auto saveSoon = [this] {
-    if (!timer_.isActive() || timer_.remainingTime() > delayMs) timer_.start(delayMs);
+  const auto saveIn = [this](int delay) {
+    if (!timer_.isActive() || timer_.remainingTime() > delay) timer_.start(delay);
   };
-  connect(&board_, &Board::orderChanged, this, saveSoon);
-  connect(&board_, &Board::itemAdded, this, saveSoon);
+  connect(&board_, &Board::orderChanged, this, [saveIn] { saveIn(orderDelayMs); });
+  connect(&board_, &Board::itemAdded, this, [saveIn] { saveIn(delayMs); });
   // Its twin may have taken a place of its own.
-  connect(&board_, &Board::itemRemoved, this, saveSoon);
+  connect(&board_, &Board::itemRemoved, this, [saveIn] { saveIn(delayMs); });
 }
 
 void PositionStore::save() {

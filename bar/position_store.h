@@ -19,8 +19,8 @@ class PositionStore : public QObject {
   // Puts the stored order into the board's row: to be made before the first item comes.
   PositionStore(Board& board, desktop::JsonFile file, QObject* parent = nullptr);
 
-  // Writes the order, as happens by itself within a second of a change, if it differs from what was
-  // last written or read.
+  // Writes the order, as happens by itself within a second of a change, sooner after a drag, if it
+  // differs from what was last written or read.
   void save();
 
  private:

@@ -61,8 +61,8 @@ void ItemRow::insert(ItemId id, const std::string& key, Placement placement, dou
 }
 
 // The place of the first copy of the key that no present item has, made if need be.
-std::vector<ItemRow::Slot>::iterator ItemRow::slotFor(const std::string& key, Placement placement) {
-  std::map<std::size_t, std::vector<Slot>::iterator> copies;
+ItemRow::Place ItemRow::slotFor(const std::string& key, Placement placement) {
+  std::map<std::size_t, Place> copies;
   for (auto slot = slots_.begin(); slot != slots_.end(); ++slot) {
     if (const std::size_t number = copyOf(key, slot->key)) copies.emplace(number, slot);
   }
@@ -106,6 +106,11 @@ void ItemRow::setLength(ItemId id, double length) {
 
 bool ItemRow::contains(ItemId id) const {
   return find(id) != slots_.end();
+}
+
+std::string ItemRow::key(ItemId id) const {
+  const auto slot = find(id);
+  return slot == slots_.end() ? std::string() : slot->key;
 }
 
 double ItemRow::length(ItemId id) const {
@@ -183,8 +188,15 @@ void ItemRow::moveTo(ItemId id, std::size_t index) {
 }
 
 bool ItemRow::placeLeftOf(ItemId id, ItemId sibling) {
-  const auto slot = find(id);
-  const auto place = find(sibling);
+  return moveBefore(find(id), find(sibling));
+}
+
+void ItemRow::placeAt(ItemId id, const std::string& key) {
+  moveBefore(find(id), std::find_if(slots_.begin(), slots_.end(),
+                                    [&](const Slot& slot) { return slot.key == key; }));
+}
+
+bool ItemRow::moveBefore(Place slot, Place place) {
   const bool known = slot != slots_.end() && place != slots_.end();
   if (!known || slot == place || slot + 1 == place) return false;
   if (slot < place) {
@@ -219,7 +231,7 @@ void ItemRow::restorePlace(ItemId id, const std::vector<std::string>& order) {
 }
 
 // 0 marks absent slots, so that no item has it.
-std::vector<ItemRow::Slot>::iterator ItemRow::find(ItemId id) {
+ItemRow::Place ItemRow::find(ItemId id) {
   return id == 0 ? slots_.end()
                  : std::find_if(slots_.begin(), slots_.end(),
                                 [id](const Slot& slot) { return slot.id == id; });

@@ -41,6 +41,7 @@ class ItemRow {
   void setLength(ItemId id, double length);
 
   bool contains(ItemId id) const;
+  std::string key(ItemId id) const;            // as remembered; empty for an unknown item
   double length(ItemId id) const;              // 0 for an unknown item
   std::optional<Rect> frame(ItemId id) const;  // absent for an unknown item
   std::optional<ItemId> itemAt(Point point) const;
@@ -56,6 +57,8 @@ class ItemRow {
   // Moves it immediately left of `sibling`, the places of absent items included. False when it
   // stands there already, or one of them is not present.
   bool placeLeftOf(ItemId id, ItemId sibling);
+  // Moves it to where an absent item's `key` is remembered; no effect when that is not known.
+  void placeAt(ItemId id, const std::string& key);
   // Moves it back between the keys it stood between in `order`, an earlier rememberedOrder().
   void restorePlace(ItemId id, const std::vector<std::string>& order);
 
@@ -67,9 +70,12 @@ class ItemRow {
     double x = 0;
   };
 
-  std::vector<Slot>::iterator slotFor(const std::string& key, Placement placement);
+  using Place = std::vector<Slot>::iterator;
+
+  Place slotFor(const std::string& key, Placement placement);
+  bool moveBefore(Place slot, Place place);
   void dropAbsent(std::string_view application);
-  std::vector<Slot>::iterator find(ItemId id);
+  Place find(ItemId id);
   std::vector<Slot>::const_iterator find(ItemId id) const;
   void layOut();
 

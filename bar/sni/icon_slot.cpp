@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "bar/metrics.h"
+#include "bar/placeholder.h"
 
 namespace tarnwick::bar {
 
@@ -54,6 +55,8 @@ bool IconSlot::update(IconLoader& loader, const std::vector<IconLoader::Request>
   }
   const bool changed = fresh.images != picture_.images || fresh.symbolic != picture_.symbolic;
   picture_ = std::move(fresh);
+  const std::vector<QImage>& images = picture_.images;
+  wasVisible_ = wasVisible_ || !std::all_of(images.begin(), images.end(), isWhollyTransparent);
   return changed;
 }
 

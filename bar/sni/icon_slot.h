@@ -19,6 +19,8 @@ class IconSlot {
   void forget() { source_ = 0; }
 
   bool isNull() const { return picture_.isNull(); }
+  // None of its pictures so far had anything to be seen. One that has been seen may blink.
+  bool isBlank() const { return !wasVisible_; }
   // Width in points at a height of `side` points; at most 8 times as wide.
   double width(double side) const;
   // Draws it centred into `rect`, as high as that or as a whole number of its pixels gives.
@@ -28,6 +30,7 @@ class IconSlot {
  private:
   IconPicture picture_;
   size_t source_ = 0;  // hash of where the picture came from
+  bool wasVisible_ = false;
 };
 
 }  // namespace tarnwick::bar

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "bar/placeholder.h"
+
 namespace tarnwick::bar::x11 {
 
 using namespace std::chrono_literals;

@@ -107,13 +107,4 @@ QImage pictureOf(std::span<const std::uint8_t> bytes, QSize size, const PixelLay
   return picture;
 }
 
-bool isWhollyTransparent(const QImage& picture) {
-  for (int y = 0; y < picture.height(); ++y) {
-    const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
-    if (std::any_of(row, row + picture.width(), [](QRgb pixel) { return qAlpha(pixel) != 0; }))
-      return false;
-  }
-  return true;
-}
-
 }  // namespace tarnwick::bar::x11

@@ -33,6 +33,4 @@ std::uint32_t pixelOf(const PixelLayout& layout, QRgb colour);
 QImage pictureOf(std::span<const std::uint8_t> bytes, QSize size, const PixelLayout& layout,
                  QRgb ground);
 
-bool isWhollyTransparent(const QImage& picture);
-
 }  // namespace tarnwick::bar::x11

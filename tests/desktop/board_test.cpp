@@ -69,6 +69,11 @@ TEST_F(BoardTest, ClientShownBothWaysIsOneItemAndKeepsItsPlace) {
   add(ItemKind::xembed, 2, "both");
   EXPECT_EQ(board.row().order(), (Ids{first, again, last}));
   EXPECT_EQ(board.row().rememberedOrder(), (std::vector<std::string>{"first", "both", "last"}));
+  // Under a key of its own the icon does not go back to where it stood before.
+  const ItemId other = add(ItemKind::xembed, 4, "icon");
+  board.row().moveTo(other, 0);
+  board.remove(add(ItemKind::sni, 4, "item"));
+  EXPECT_EQ(board.row().order(), (Ids{first, again, last, other}));
 }
 
 TEST_F(BoardTest, ManyChangesOfOneTurnAreToldOnce) {
@@ -87,8 +92,9 @@ TEST_F(BoardTest, AnApplicationAppearsWithItsFirstListedItemOnly) {
   EXPECT_TRUE(board.listed().empty());
   auto* const item = static_cast<FakeItem*>(board.item(passive));
   for (const double length : {20.0, 0.0, 20.0}) {
+    const int before = changes;
     item->setLength(length);
-    settle();
+    EXPECT_TRUE(test::waitFor([&] { return changes > before; })) << "told of what is listed";
   }
   add(ItemKind::native, 5, "native", 0);
   settle();

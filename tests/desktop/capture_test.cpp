@@ -77,10 +77,13 @@ TEST_F(CaptureTest, MissingPictureIsTakenInAShortReveal) {
 
 TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsWaitedForAWhile) {
   startBar();
-  const QString red = desktop.folder("data") + "/red.png";
-  QImage square(18, 18, QImage::Format_ARGB32);
-  square.fill(0xffcc2222);
-  ASSERT_TRUE(square.save(red));
+  const auto file = [&](const char* name, QRgb colour) {
+    QImage square(18, 18, QImage::Format_ARGB32);
+    square.fill(colour);
+    const QString path = desktop.folder("data") + name;
+    EXPECT_TRUE(square.save(path));
+    return path;
+  };
   // Some pixel is drawn, or is drawn red.
   const auto draws = [](const QByteArray& rgba, bool inRed) {
     const auto part = [&](qsizetype i) { return static_cast<uchar>(rgba[i]); };
@@ -93,20 +96,30 @@ TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsWaitedForAWhile) {
     const char* program;
     QStringList arguments;
     const char* hint;
-    QString gives;  // what makes it give a red one; empty: it never does
-  } cases[] = {{"fake_xembed_client", {"--colour=0"}, "FakeXembed", "colour ffcc2222"},
-               {"fake_sni_client", {"--icon-size", "0"}, "fake-sni", "icon-name " + red},
-               {"fake_xembed_client", {"--colour=0"}, "FakeXembed", {}},
-               {"fake_sni_client", {"--icon-size", "0"}, "fake-sni", {}}};
-  for (const auto& [program, arguments, hint, gives] : cases) {
-    SCOPED_TRACE(std::string(hint) + (gives.isEmpty() ? " gives none" : " gives one"));
+    QString gives;  // what makes it give one; empty: it never does
+    bool red;
+  } cases[] = {{"fake_xembed_client", {"--colour=0"}, "FakeXembed", "colour ffcc2222", true},
+               {"fake_sni_client",
+                {"--icon-size", "0"},
+                "fake-sni",
+                "icon-name " + file("/red.png", 0xffcc2222),
+                true},
+               {"fake_sni_client",
+                {"--icon-size", "0"},
+                "fake-sni",
+                "icon-name " + file("/clear.png", 0),
+                false},
+               {"fake_xembed_client", {"--colour=0"}, "FakeXembed", {}, false},
+               {"fake_sni_client", {"--icon-size", "0"}, "fake-sni", {}, false}};
+  for (const auto& [program, arguments, hint, gives, red] : cases) {
+    SCOPED_TRACE(hint + (" " + gives).toStdString());
     Program& client = desktop.start(program, arguments);
     ASSERT_TRUE(waitFor([&] { return bar.find(hint).has_value(); })) << row();
     const auto id = bar.find(hint)->id;
     bar.render(id, 26, 24);
     EXPECT_EQ(bar.error(), "org.tarnwick.MenuBar1.Error.NoPicture");
     if (!gives.isEmpty()) client.write(gives.toUtf8());
-    EXPECT_TRUE(waitFor([&] { return draws(bar.render(id, 26, 24).rgba, !gives.isEmpty()); }));
+    EXPECT_TRUE(waitFor([&] { return draws(bar.render(id, 26, 24).rgba, red); }));
     client.kill();
     EXPECT_TRUE(waitFor([&] { return !bar.find(hint); })) << row();
   }
