@@ -44,8 +44,8 @@ inline constexpr const char* menuBarIntrospection = R"xml(
       <arg name="id" type="t" direction="in"/>
       <arg name="length" type="d" direction="in"/>
     </method>
-    <!-- Moves an item of the caller's own immediately left of another one of the caller's own, as a drag
-         would: the order is remembered. While somebody holds an item it is done afterwards. -->
+    <!-- Moves an item immediately left of another, both of the caller's own, as a drag would: the order
+         is remembered. While somebody holds an item it is done afterwards. -->
     <method name="PlaceLeftOf">
       <arg name="item" type="t" direction="in"/>
       <arg name="sibling" type="t" direction="in"/>

@@ -19,8 +19,9 @@ class IconSlot {
   void forget() { source_ = 0; }
 
   bool isNull() const { return picture_.isNull(); }
-  // None of its pictures so far had anything to be seen. One that has been seen may blink.
-  bool isBlank() const { return !wasVisible_; }
+  // There is a picture, but nothing is to be seen of it, nor was of those before: not one of an
+  // icon that blinks.
+  bool isBlank() const { return !isNull() && !wasVisible_; }
   // Width in points at a height of `side` points; at most 8 times as wide.
   double width(double side) const;
   // Draws it centred into `rect`, as high as that or as a whole number of its pixels gives.

@@ -14,9 +14,9 @@ namespace tarnwick::bar {
 
 // Keeps reading the properties of one StatusNotifierItem when its owner signals a change: at once
 // after a quiet time, but one request under way at a time, at most 30 a second, fewer when signals
-// come in floods or their contents take long. Waits for
-// nothing; an owner that does not answer is asked four times (the fourth, while nothing was ever
-// read, without a time-out), then again at its next signal.
+// come in floods or their contents take long. Waits for nothing; an owner that does not answer is
+// asked four times (the fourth, while nothing was ever read, without a time-out), then again at its
+// next signal.
 class PropertyReader : public QObject {
   Q_OBJECT
 

@@ -144,7 +144,7 @@ void SniItem::paint(QPainter& painter, const QRectF& cell, double scale, const Q
   if (showsIcon_) {
     const double width = icon_.width(iconSide());
     const QRectF rect(x, cell.center().y() - iconSide() / 2, width, iconSide());
-    if (icon_.isNull() || (icon_.isBlank() && properties_.label.isEmpty())) {
+    if (icon_.isNull() || (isGap() && !isFresh())) {
       paintPlaceholder(painter, rect, name(), foreground);
     } else {
       icon_.paint(painter, rect, scale, foreground, shared_->icons);

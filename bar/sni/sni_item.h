@@ -41,7 +41,7 @@ class SniItem : public Item {
 
   ItemRecord record() const override;
   QString key() const override { return key_; }
-  bool hasPicture() const override { return !showsIcon_ || namesIcon_; }
+  bool hasPicture() const override { return !showsIcon_ || (namesIcon_ && !isGap()); }
   double length() const override { return length_; }
   void paint(QPainter& painter, const QRectF& cell, double scale,
              const QColor& foreground) override;
@@ -63,6 +63,8 @@ class SniItem : public Item {
   void take(SniProperties fresh);
   bool updateIcons();
   void updateLength();
+  // Neither its icon nor a label is to be seen.
+  bool isGap() const { return icon_.isBlank() && properties_.label.isEmpty(); }
   QString name() const;
   QString labelShown() const;
   double labelWidth() const;

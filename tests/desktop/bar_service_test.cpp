@@ -23,6 +23,14 @@ class BarServiceTest : public StatusDesktopTest {
     ASSERT_NE(own, 0U);
   }
 
+  bool adjoin(const char* left, const char* right) {
+    return bar.find(left)->frame.right() == bar.find(right)->frame.left();
+  }
+
+  void xdotool(const QString& commands) {
+    EXPECT_TRUE(desktop.start("xdotool", commands.split(' ')).waitForEnd());
+  }
+
   Program* barProgram = nullptr;
   quint64 own = 0;
 };
@@ -84,50 +92,38 @@ TEST_F(BarServiceTest, WrongArgumentsAreErrorsAndChangeNothing) {
 }
 
 TEST_F(BarServiceTest, OwnItemsArePlacedBesideEachOtherAndStayThereOverARestart) {
-  desktop.grant(QCoreApplication::applicationFilePath(), {"accessibility"});
   bar.addItem("between", 20);
   const quint64 sibling = bar.addItem("sibling", 20);
-  const auto stands = [&] {
-    return bar.find("own")->frame.right() == bar.find("sibling")->frame.left();
-  };
-  ASSERT_FALSE(stands()) << row();
-  const auto id = [](quint64 number) { return QVariant::fromValue<qulonglong>(number); };
-  bar.call("PlaceLeftOf", {id(own), id(sibling)});
-  EXPECT_TRUE(stands()) << row();
+  ASSERT_FALSE(adjoin("own", "sibling")) << row();
+  bar.call("PlaceLeftOf", {QVariant::fromValue(own), QVariant::fromValue(sibling)});
+  EXPECT_TRUE(adjoin("own", "sibling")) << row();
   EXPECT_TRUE(barProgram->terminate());
   startBar();
   for (const char* name : {"sibling", "between", "own"}) bar.addItem(name, 20);
-  EXPECT_TRUE(stands()) << row();
+  EXPECT_TRUE(adjoin("own", "sibling")) << row();
 }
 
 TEST_F(BarServiceTest, TheHandLosesAnItemThatIsPushedOutOfSight) {
   bar.addItem("small", 4);
   bar.addItem("held", 20);
-  const auto xdotool = [&](const QString& commands) {
-    EXPECT_TRUE(desktop.start("xdotool", commands.split(' ')).waitForEnd());
-  };
-  const auto takeHeld = [&] {
+  const auto drag = [&](const QString& end) {
     const QPoint at = bar.find("held")->frame.center().toPoint();
-    xdotool(QString("mousemove %1 %2 keydown super mousedown 1 mousemove_relative 13 0")
+    xdotool(QString("mousemove %1 %2 keydown super mousedown 1 mousemove_relative 13 0%3")
                 .arg(at.x())
-                .arg(at.y()));
+                .arg(at.y())
+                .arg(end));
   };
-  const auto stands = [&](const char* left, const char* right) {
-    return waitFor([&] { return bar.find(left)->frame.right() == bar.find(right)->frame.left(); });
-  };
-  const auto setLength = [&](double length) {
-    bar.call("SetLength", {QVariant::fromValue<qulonglong>(own), length});
-  };
-  takeHeld();
-  ASSERT_TRUE(stands("held", "own")) << row();
-  setLength(16'000);
-  xdotool("mousemove_relative 3 0 mouseup 1 keyup super");
-  setLength(20);
-  EXPECT_TRUE(stands("held", "small") && stands("small", "own")) << row();
-  // It can be taken again, which shows that all of the above has arrived.
-  takeHeld();
+  drag({});
+  ASSERT_TRUE(waitFor([&] { return adjoin("held", "own"); })) << row();
+  for (const double length : {16'000.0, 20.0}) {
+    bar.call("SetLength", {QVariant::fromValue(own), length});
+    xdotool("mousemove_relative 3 0");
+  }
   xdotool("mouseup 1 keyup super");
-  EXPECT_TRUE(stands("small", "held") && stands("held", "own")) << row();
+  EXPECT_TRUE(adjoin("held", "small") && adjoin("small", "own")) << row();
+  // It can be taken again, which shows that all of the above has arrived.
+  drag(" mouseup 1 keyup super");
+  EXPECT_TRUE(waitFor([&] { return adjoin("small", "held") && adjoin("held", "own"); })) << row();
 }
 
 TEST_F(BarServiceTest, WithoutTheCapabilityNothingOfOthersIsToldOrMoved) {
