@@ -28,7 +28,9 @@ class DefaultsStore {
   // Written at once; a write that fails leaves the stored value as it was.
   virtual void set(const std::string& key, DefaultsValue value) = 0;
   virtual void remove(const std::string& key) = 0;
+  // Also of values that cannot be read: contains() tells those from missing ones.
   virtual std::vector<std::string> keys() const = 0;
+  virtual bool contains(const std::string& key) const = 0;
 };
 
 }  // namespace tarnwick

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <functional>
 
@@ -12,7 +13,7 @@ namespace tarnwick {
 struct HotKeyId {
   std::uint32_t signature = 0;
   std::uint32_t id = 0;
-  bool operator==(const HotKeyId&) const = default;
+  auto operator<=>(const HotKeyId&) const = default;
 };
 
 struct HotKeyEvent {
@@ -26,10 +27,14 @@ class HotKeys {
   virtual ~HotKeys() = default;
 
   // Takes a key with exactly these modifiers (the code as in InputEvent) from
-  // everybody else, until the registration is dropped. Empty when another program has it or the
-  // keyboard cannot type it. Asks the display server and waits for its answer.
+  // everybody else, until the registration is dropped. Empty when another program has it or no
+  // keyboard can type it. While the present keyboard has no key for one of the modifiers, or another
+  // program took the combination as the keyboard changed, it is registered without being in force,
+  // and tried again when the keyboard changes. Asks the display server and waits for its answer.
   virtual Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
                                            HotKeyId id) = 0;
+  // Whether presses of a registered hot key are told now.
+  virtual bool isInForce(HotKeyId id) const = 0;
 
   // Calls for every press of a registered hot key and for the release of its key that follows, in
   // whatever order key and modifiers go up. A held key is pressed once.

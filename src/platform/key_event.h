@@ -7,7 +7,7 @@ namespace tarnwick {
 // Modifier keys held with an event. Super is command, Alt is option.
 enum class KeyModifiers : std::uint64_t {
   none = 0,
-  unnamed = 0x1,  // some of this keyboard that no shortcut can have
+  unnamed = 0x1,  // AltGr or others of this keyboard that no shortcut can have
   capsLock = 0x10000,
   shift = 0x20000,
   control = 0x40000,
@@ -38,7 +38,7 @@ enum class EventKind : std::uint8_t { leftMouseDown = 1, keyDown = 10, keyUp = 1
 struct InputEvent {
   EventKind type = EventKind::keyDown;
   // Position of the key, whatever it prints: the number that the same place has on a keyboard with
-  // ANSI layout (KeyboardShortcuts::Key).
+  // ANSI layout (KeyboardShortcuts::Key), or above 127 one of the platform's own.
   std::uint16_t keyCode = 0;
   KeyModifiers modifierFlags = KeyModifiers::none;
   bool isRepeat = false;

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <string>
 
 #include "platform/main_loop.h"
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -14,8 +17,16 @@ class KeyboardLayout {
 
   // The character that the key at this position (KeyboardShortcuts::Key) prints without modifiers
   // in the layout in use, or, where that one has no Latin letters, in the last one in use that has
-  // them. A dead key prints its accent alone. Absent for keys that print nothing.
+  // them. A dead key prints its accent alone, which may be a combining character. Absent for keys
+  // that print nothing.
   virtual std::optional<char32_t> character(std::uint16_t keyCode) const = 0;
+
+  // What such a key is called, for people and in UTF-8: "Pause", "Volume Up". Absent for places
+  // that the keyboard does not have.
+  virtual std::optional<std::string> name(std::uint16_t keyCode) const = 0;
+
+  // Called after keys have come to print or to be called something else.
+  virtual Registration onChanged(std::function<void()> callback) = 0;
 
   // From the press of a key to its first repetition, and between repetitions.
   virtual Duration keyRepeatDelay() const = 0;

@@ -1,29 +1,40 @@
 #include "shortcuts/character.h"
 
-#include <iterator>
+#include <span>
+
+#include "shortcuts/letter_case.h"
 
 namespace tarnwick::KeyboardShortcuts {
 
 namespace {
 
-// Letters whose capitals stand at one distance, or, with a step of 2, alternate with them. Where
-// two have the same capital, the usual one is the later.
-struct Run {
-  char32_t first, last;
-  int step, distance;
-};
+using Runs = std::span<const LetterRun>;
 
-constexpr Run runs[] = {
-    {0x131, 0x131, 1, -0xE8}, {U'a', U'z', 1, -0x20},   {0xB5, 0xB5, 1, 0x2E7},
-    {0xE0, 0xF6, 1, -0x20},   {0xF8, 0xFE, 1, -0x20},   {0xFF, 0xFF, 1, 0x79},
-    {0x101, 0x12F, 2, -1},    {0x133, 0x137, 2, -1},    {0x13A, 0x148, 2, -1},
-    {0x14B, 0x177, 2, -1},    {0x17A, 0x17E, 2, -1},    {0x1A1, 0x1A1, 1, -1},
-    {0x1B0, 0x1B0, 1, -1},    {0x219, 0x21B, 2, -1},    {0x3AC, 0x3AC, 1, -0x26},
-    {0x3AD, 0x3AF, 1, -0x25}, {0x3B1, 0x3C1, 1, -0x20}, {0x3C2, 0x3C2, 1, -0x1F},
-    {0x3C3, 0x3CB, 1, -0x20}, {0x3CC, 0x3CC, 1, -0x40}, {0x3CD, 0x3CE, 1, -0x3F},
-    {0x430, 0x44F, 1, -0x20}, {0x450, 0x45F, 1, -0x50}, {0x491, 0x4BF, 2, -1},
-    {0x561, 0x586, 1, -0x30}, {0x1E01, 0x1E95, 2, -1},  {0x1EA1, 0x1EFF, 2, -1},
-};
+const LetterRun* runOf(char32_t letter, Runs runs, int offset = 0) {
+  for (const LetterRun& run : runs) {
+    const char32_t first = run.first + static_cast<char32_t>(offset * run.distance);
+    const char32_t last = run.last + static_cast<char32_t>(offset * run.distance);
+    if (letter >= first && letter <= last && (letter - first) % run.step == 0) return &run;
+  }
+  return nullptr;
+}
+
+char32_t moved(char32_t letter, int by) {
+  return letter + static_cast<char32_t>(by);
+}
+
+// The first character of a text in UTF-8, if that is all of it.
+std::optional<char32_t> onlyCharacter(const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  const auto lead = static_cast<unsigned char>(text.front());
+  const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (text.size() != length) return std::nullopt;
+  char32_t value = length == 1 ? lead : lead & (0x7FU >> length);
+  for (std::size_t i = 1; i < length; ++i) {
+    value = value << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  }
+  return value;
+}
 
 constexpr char32_t sharpS = 0xDF;
 
@@ -51,22 +62,22 @@ std::optional<std::string> character(std::int64_t value) {
 
 std::string capitalised(char32_t letter) {
   if (letter == sharpS) return "Ss";
-  std::int64_t capital = letter;
-  for (const Run& run : runs) {
-    if (letter < run.first || letter > run.last) continue;
-    if ((letter - run.first) % static_cast<unsigned>(run.step) == 0) capital += run.distance;
-    break;
-  }
-  return character(capital).value_or(std::string());
-}
-
-std::string lowerCased(const std::string& letter) {
-  for (auto run = std::rbegin(runs); run != std::rend(runs); ++run) {
-    for (char32_t small = run->first; small <= run->last; small += run->step) {
-      if (capitalised(small) == letter) return *character(small);
+  for (const Runs runs : {Runs(casePairs), Runs(smallOnly)}) {
+    if (const auto* const run = runOf(letter, runs)) {
+      return *character(moved(letter, run->distance));
     }
   }
-  return letter;
+  return character(letter).value_or(std::string());
+}
+
+std::string lowerCased(const std::string& text) {
+  const auto letter = onlyCharacter(text);
+  if (!letter) return text;
+  if (const auto* const run = runOf(*letter, capitalOnly)) {
+    return *character(moved(*letter, run->distance));
+  }
+  const auto* const pair = runOf(*letter, casePairs, 1);
+  return pair ? *character(moved(*letter, -pair->distance)) : text;
 }
 
 }  // namespace tarnwick::KeyboardShortcuts

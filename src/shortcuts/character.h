@@ -10,10 +10,10 @@ namespace tarnwick::KeyboardShortcuts {
 // 0x10FFFF, or a surrogate.
 std::optional<std::string> character(std::int64_t unicodeScalarValue);
 
-// The character as the first one of a word in a title, in UTF-8 ("ß" gives "Ss"). Knows the letters
-// that keys of Latin, Greek, Cyrillic and Armenian keyboards print; others stay as they are.
+// The character as the first one of a word in a title, in UTF-8 ("ß" gives "Ss"). What has no
+// capital stays as it is.
 std::string capitalised(char32_t character);
 // A capital letter as its small one; any other text as it is. Both in UTF-8.
-std::string lowerCased(const std::string& letter);
+std::string lowerCased(const std::string& text);
 
 }  // namespace tarnwick::KeyboardShortcuts

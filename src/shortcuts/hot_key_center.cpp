@@ -58,6 +58,11 @@ Registration HotKeyCenter::registerEventHotKey(const HotKey& hotKey) {
                                       {signature, static_cast<std::uint32_t>(hotKey.id)});
 }
 
+bool HotKeyCenter::isInForce(const HotKey& hotKey) const {
+  return !hotKey.eventHotKeyRef ||
+         desktop_.isInForce({signature, static_cast<std::uint32_t>(hotKey.id)});
+}
+
 // Before the first registration there is nothing to hear.
 void HotKeyCenter::setUpEventHandlerIfNeeded() {
   hasEventHandler_ = true;
@@ -135,6 +140,7 @@ EventStatus HotKeyCenter::handleRawKeyEvent(const InputEvent& event) {
   const bool pressed = event.type == EventKind::keyDown;
   if (!pressed && event.type != EventKind::keyUp) return EventStatus::notHandled;
   if (pressed && event.isRepeat) return EventStatus::notHandled;
+  if (contains(event.modifierFlags, KeyModifiers::unnamed)) return EventStatus::notHandled;
   const auto modifiers = carbon(event.modifierFlags & KeyModifiers::deviceIndependent);
   for (const auto& hotKey : liveHotKeys()) {
     if (hotKey->carbonKeyCode != event.keyCode) continue;

@@ -30,6 +30,9 @@ class HotKeyCenter {
   // False, and no trace left, when the combination cannot be had.
   bool registerHotKey(const std::shared_ptr<HotKey>& hotKey);
 
+  // Whether a press of a registered one would be noticed. One that an open menu has paused counts.
+  bool isInForce(const HotKey& hotKey) const;
+
   void setEnabled(bool enabled);
   Mode mode() const { return mode_; }
 

@@ -6,7 +6,8 @@
 namespace tarnwick::KeyboardShortcuts {
 
 // A key by its place: the virtual key code of that place on a keyboard with ANSI layout. Any number
-// is a key; these are the ones with a name.
+// is a key; these are the ones with a name. Places that the ANSI layout lacks have codes of the
+// platform's own, above 127.
 struct Key {
   std::int64_t rawValue = 0;
 

@@ -17,7 +17,9 @@
 #include "shortcuts/shortcut.h"
 
 // Shortcuts that work whatever has the keyboard focus: named slots whose keys the user chooses,
-// kept in the settings store, and actions for them. One for the whole process; main thread only.
+// kept in the settings store, and actions for them. One for the whole process; main thread only: a
+// call on another thread ends the process with a message, save the declaration of a name that brings
+// no initial shortcut, once the first one was declared.
 namespace tarnwick::KeyboardShortcuts {
 
 // What the module is built on; outlives its use.
@@ -57,7 +59,7 @@ std::set<Name> storedNames();
 bool isEnabled();
 void setEnabled(bool enabled);
 // Whether a press of the name's shortcut would be noticed: the name has handlers and its shortcut a
-// hot key.
+// hot key, which the desktop has been able to take.
 bool isEnabled(const Name& name);
 void disable(const std::vector<Name>& names);
 void enable(const std::vector<Name>& names);

@@ -1,5 +1,8 @@
 #include "shortcuts/module.h"
 
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
 #include <utility>
 
 namespace tarnwick::KeyboardShortcuts {
@@ -11,13 +14,24 @@ std::unique_ptr<Module>& slot() {
   return module;
 }
 
+std::thread::id mainThread;  // once the module is used
+
 }  // namespace
 
 Module& Module::shared() {
+  if (mainThread != std::thread::id() && mainThread != std::this_thread::get_id()) {
+    std::fputs("KeyboardShortcuts was called outside of the main thread\n", stderr);
+    std::abort();
+  }
+  return *slot();
+}
+
+const Module& Module::unchecked() {
   return *slot();
 }
 
 Registration use(const Services& services) {
+  mainThread = std::this_thread::get_id();
   Module& module = Module::shared();
   module.services.emplace(services);
   return Registration([] {
@@ -41,7 +55,9 @@ bool isEnabled(const Name& name) {
   const Module& module = Module::shared();
   if (!module.isEnabled || !hasActiveHandlers(name)) return false;
   const auto shortcut = getShortcut(name);
-  return shortcut && module.hotKeys.contains(*shortcut);
+  if (!shortcut) return false;
+  const auto hotKey = module.hotKeys.find(*shortcut);
+  return hotKey != module.hotKeys.end() && HotKeyCenter::shared().isInForce(*hotKey->second);
 }
 
 void disable(const std::vector<Name>& names) {

@@ -27,9 +27,12 @@ struct Handlers {
   bool has(const Name& name) const;
 };
 
-// The process-wide tables.
+// The process-wide tables, of the thread that gave the module its services. Their use on another
+// one is reported, and ends the process.
 struct Module {
   static Module& shared();
+  // For a look from any thread.
+  static const Module& unchecked();
 
   std::optional<Services> services;
   bool isEnabled = true;

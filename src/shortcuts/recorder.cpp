@@ -31,6 +31,9 @@ RecorderCocoa::RecorderCocoa(RecorderField& field, std::variant<Name, Binding> s
     : field_(field), storage_(std::move(storage)), onChange_(std::move(onChange)) {
   const Name* const name = std::get_if<Name>(&storage_);
   const auto& services = Module::shared().services;
+  if (services) {
+    layoutObserver_ = services->layout.onChanged([this] { updateStringValue(); });
+  }
   if (name && services) {
     shortcutsNameChangeObserver_ = services->notifications.observe(
         shortcutByNameDidChange, [this, name](const Notification& notification) {
@@ -138,7 +141,8 @@ bool RecorderCocoa::keyDown(const std::optional<InputEvent>& event) {
     field_.beep();
     return true;
   }
-  const auto held = event->modifierFlags & KeyModifiers::deviceIndependent &
+  const auto held = event->modifierFlags &
+                    (KeyModifiers::deviceIndependent | KeyModifiers::unnamed) &
                     ~(KeyModifiers::capsLock | KeyModifiers::numericPad);
   const Key key(event->keyCode);
   if (held == KeyModifiers::none) {
@@ -156,7 +160,7 @@ bool RecorderCocoa::keyDown(const std::optional<InputEvent>& event) {
     }
   }
   const bool bare = (held & ~KeyModifiers::shift) == KeyModifiers::none;
-  if (contains(event->modifierFlags, KeyModifiers::unnamed) || (bare && !isFunctionKey(key))) {
+  if (contains(held, KeyModifiers::unnamed) || (bare && !isFunctionKey(key))) {
     field_.beep();
     return true;
   }

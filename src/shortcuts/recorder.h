@@ -107,6 +107,7 @@ class RecorderCocoa {
   bool isRecording_ = false;
   std::optional<Shortcut> shortcutBeforeRecording_;
   Registration shortcutsNameChangeObserver_;
+  Registration layoutObserver_;
   Registration alert_;
   std::shared_ptr<int> alive_ = std::make_shared<int>();
 };

@@ -16,7 +16,8 @@ namespace {
 
 constexpr const char* keyCodeMember = "carbonKeyCode";
 constexpr const char* modifiersMember = "carbonModifiers";
-constexpr char32_t replacementCharacter = 0xFFFD;
+constexpr const char* replacementCharacter = "\uFFFD";
+const std::string dottedCircle = "\u25CC";  // carries an accent that cannot stand alone
 
 // A whole number, however it is written.
 std::optional<std::int64_t> integer(const json& record, const char* member) {
@@ -36,15 +37,29 @@ std::optional<std::int64_t> integer(const json& record, const char* member) {
   return whole;
 }
 
-// What the layout prints for a key that is not special. Stored key codes may be any number: those
-// that no key can have print nothing.
+// Stored key codes may be any number: those that no key can have print nothing.
+bool isKeyCode(std::int64_t number) {
+  return number >= 0 && number <= std::numeric_limits<std::uint16_t>::max();
+}
+
+// What the layout prints for a key that is not special.
 std::optional<char32_t> keyToCharacter(Key key) {
   const auto& services = Module::shared().services;
-  if (!services || specialKey(key)) return std::nullopt;
-  if (key.rawValue < 0 || key.rawValue > std::numeric_limits<std::uint16_t>::max()) {
-    return std::nullopt;
-  }
+  if (!services || specialKey(key) || !isKeyCode(key.rawValue)) return std::nullopt;
   return services->layout.character(static_cast<std::uint16_t>(key.rawValue));
+}
+
+// The same for people, or what the key is called.
+std::string keyToText(Key key) {
+  const auto& services = Module::shared().services;
+  if (const auto printed = keyToCharacter(key)) {
+    const bool combining = *printed >= 0x300 && *printed < 0x370;
+    return combining ? dottedCircle + *character(*printed) : capitalised(*printed);
+  }
+  const auto name = services && isKeyCode(key.rawValue)
+                        ? services->layout.name(static_cast<std::uint16_t>(key.rawValue))
+                        : std::nullopt;
+  return name.value_or(replacementCharacter);
 }
 
 }  // namespace
@@ -81,7 +96,7 @@ std::string Shortcut::presentableDescription() const {
   if (const auto special = specialKey(key())) {
     return symbols + KeyboardShortcuts::presentableDescription(*special);
   }
-  return symbols + capitalised(keyToCharacter(key()).value_or(replacementCharacter));
+  return symbols + keyToText(key());
 }
 
 std::optional<std::string> Shortcut::nsMenuItemKeyEquivalent() const {

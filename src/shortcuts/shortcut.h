@@ -35,7 +35,8 @@ class Shortcut {
   Key key() const { return Key(carbonKeyCode_); }
   KeyModifiers modifiers() const { return fromCarbon(carbonModifiers_); }
 
-  // For people, in UTF-8: "⌃⌥⇧⌘K", with U+FFFD for a key that prints nothing.
+  // For people, in UTF-8: "⌃⌥⇧⌘K", "⌃Pause" for a key that prints nothing but has a name, else
+  // with U+FFFD.
   std::string presentableDescription() const;
   std::string description() const { return presentableDescription(); }
   // What a menu item bears as its key, in UTF-8; absent when no menu can show it.

@@ -15,6 +15,12 @@ std::optional<DefaultsValue> storedValue(const Name& name) {
   return services ? services->defaults.value(keyOf(name)) : std::nullopt;
 }
 
+// Also with what cannot be read.
+bool holdsAnything(const Name& name) {
+  const auto& services = Module::shared().services;
+  return services && services->defaults.contains(keyOf(name));
+}
+
 void releaseStored(const Name& name) {
   if (const auto old = getShortcut(name)) releaseUnlessActive(*old, &name);
 }
@@ -41,7 +47,7 @@ void userDefaultsDisable(const Name& name) {
 }
 
 void userDefaultsRemove(const Name& name) {
-  if (!storedValue(name)) return;
+  if (!holdsAnything(name)) return;
   releaseStored(name);
   const auto& services = Module::shared().services;
   if (services) services->defaults.remove(keyOf(name));
@@ -52,11 +58,11 @@ void userDefaultsRemove(const Name& name) {
 
 Name::Name(std::string rawValue, const std::optional<Shortcut>& initial)
     : rawValue_(std::move(rawValue)), initialShortcut_(initial) {
-  const Module& module = Module::shared();
+  const Module& module = Module::unchecked();
   if (!module.services) return;
   if (initial) setInitialShortcutIfNeeded(*initial, rawValue_);
   if (module.isInitialized) return;
-  module.services->loop.post([] {
+  Module::shared().services->loop.post([] {
     Module& later = Module::shared();
     if (!later.services || later.isInitialized) return;
     HotKeyCenter::shared();
@@ -84,7 +90,7 @@ std::optional<Shortcut> Shortcut::of(const Name& name) {
 
 void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& rawValue) {
   const Name name = Name::fromRawValue(rawValue);
-  if (storedValue(name)) return;
+  if (holdsAnything(name)) return;
   Module::shared().services->defaults.set(keyOf(name), shortcut.toJson());
 }
 

@@ -176,6 +176,7 @@ class FakeDesktop : public Accessibility,
   }
   void remove(const std::string& key) override { defaults.erase(key); }
   std::vector<std::string> keys() const override;
+  bool contains(const std::string& key) const override { return defaults.contains(key); }
 
   // PanelWindows, EventMonitors, Menus
   std::unique_ptr<PanelWindow> makePanelWindow() override;

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/callback_list.h"
 #include "platform/hot_keys.h"
 #include "platform/keyboard_layout.h"
 
@@ -20,7 +21,10 @@ class FakeKeyboard : public HotKeys, public KeyboardLayout {
   std::set<Combination> takenByOthers;
   std::map<Combination, HotKeyId> registered;
   std::vector<HotKeyId> registrations;  // all there ever were
+  std::set<HotKeyId> notInForce;
   std::map<std::uint16_t, char32_t> prints{{40, U'k'}};
+  std::map<std::uint16_t, std::string> names;
+  CallbackList layoutChanges;
 
   // Come to whoever has registered the combination.
   void press(Combination combination) { hotKeyEvent(combination, true); }
@@ -39,6 +43,7 @@ class FakeKeyboard : public HotKeys, public KeyboardLayout {
     registrations.push_back(id);
     return Registration([this, combination] { registered.erase(combination); });
   }
+  bool isInForce(HotKeyId id) const override { return !notInForce.contains(id); }
   Registration watchHotKeys(std::function<void(const HotKeyEvent&)> callback) override {
     hotKeys = std::move(callback);
     return Registration([this] { hotKeys = nullptr; });
@@ -51,6 +56,13 @@ class FakeKeyboard : public HotKeys, public KeyboardLayout {
   std::optional<char32_t> character(std::uint16_t keyCode) const override {
     const auto found = prints.find(keyCode);
     return found != prints.end() ? std::optional(found->second) : std::nullopt;
+  }
+  std::optional<std::string> name(std::uint16_t keyCode) const override {
+    const auto found = names.find(keyCode);
+    return found != names.end() ? std::optional(found->second) : std::nullopt;
+  }
+  Registration onChanged(std::function<void()> callback) override {
+    return layoutChanges.add(std::move(callback));
   }
   Duration keyRepeatDelay() const override { return std::chrono::milliseconds(500); }
   Duration keyRepeatInterval() const override { return std::chrono::milliseconds(40); }

@@ -133,11 +133,13 @@ void DefaultsFile::remove(const std::string& key) {
 }
 
 std::vector<std::string> DefaultsFile::keys() const {
-  std::vector<std::string> readable;
-  for (const auto& [key, stored] : present().items()) {
-    if (decode(stored)) readable.push_back(key);
-  }
-  return readable;
+  std::vector<std::string> keys;
+  for (const auto& [key, stored] : present().items()) keys.push_back(key);
+  return keys;
+}
+
+bool DefaultsFile::contains(const std::string& key) const {
+  return present().contains(key);
 }
 
 }  // namespace tarnwick::desktop

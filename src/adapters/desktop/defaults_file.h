@@ -29,8 +29,8 @@ class DefaultsFile : public DefaultsStore {
   std::optional<DefaultsValue> value(const std::string& key) const override;
   void set(const std::string& key, DefaultsValue value) override;
   void remove(const std::string& key) override;
-  // Of the values that can be read.
   std::vector<std::string> keys() const override;
+  bool contains(const std::string& key) const override;
 
  private:
   // Tells one state of the file from the next without reading it.

@@ -34,9 +34,26 @@ constexpr Place places[] = {
 };
 // clang-format on
 
+constexpr xcb_keycode_t modifierKeys[] = {37, 50, 62, 64, 66, 105, 108, 133, 134};
+
+// Keys that the ANSI layout lacks are told apart by the server's own code.
+constexpr std::uint16_t ownCodes = 0x100;
+constexpr std::uint16_t lastKeyCode = 255;
+
+bool isOwn(xcb_keycode_t keyCode) {
+  return std::none_of(std::begin(places), std::end(places),
+                      [&](const Place& p) { return p.keyCode == keyCode; }) &&
+         std::find(std::begin(modifierKeys), std::end(modifierKeys), keyCode) ==
+             std::end(modifierKeys);
+}
+
 }  // namespace
 
 std::optional<xcb_keycode_t> xKeyCode(std::uint32_t virtualKey) {
+  if (virtualKey >= ownCodes && virtualKey <= ownCodes + lastKeyCode) {
+    const auto own = static_cast<xcb_keycode_t>(virtualKey - ownCodes);
+    return isOwn(own) ? std::optional(own) : std::nullopt;
+  }
   const auto* const place = std::find_if(std::begin(places), std::end(places), [&](const Place& p) {
     return p.virtualKey == virtualKey;
   });
@@ -46,7 +63,9 @@ std::optional<xcb_keycode_t> xKeyCode(std::uint32_t virtualKey) {
 std::optional<std::uint16_t> virtualKey(xcb_keycode_t keyCode) {
   const auto* const place = std::find_if(std::begin(places), std::end(places),
                                          [&](const Place& p) { return p.keyCode == keyCode; });
-  return place != std::end(places) ? std::optional(place->virtualKey) : std::nullopt;
+  if (place != std::end(places)) return place->virtualKey;
+  return isOwn(keyCode) ? std::optional(static_cast<std::uint16_t>(ownCodes + keyCode))
+                        : std::nullopt;
 }
 
 }  // namespace tarnwick::x11

@@ -6,9 +6,11 @@
 
 #include <chrono>
 #include <set>
+#include <span>
 #include <utility>
 
 #include "adapters/x11/key_codes.h"
+#include "adapters/x11/key_names.h"
 #include "adapters/x11/server.h"
 #include "adapters/x11/xkb.h"
 
@@ -22,40 +24,29 @@ constexpr Duration usualRepeatDelay = 660ms;
 constexpr Duration usualRepeatInterval = 40ms;
 constexpr std::size_t lettersOfLatinLayouts = 20;  // some put a few of the 26 elsewhere
 
-// Accents as they stand on their keys.
+// Accents as they stand on their keys, from dead_grave on. Those that Unicode has only combined with
+// a letter are so here.
+constexpr char32_t accents[] = {
+    U'`',  0xB4,  U'^',  U'~',  0xAF,   0x2D8,  0x2D9, 0xA8,   0xB0,  0x2DD,  0x2C7,
+    0xB8,  0x2DB, 0x37A, 0x309B, 0x309C, 0x323, 0x309, 0x31B, U'/',  0x1FBF, 0x1FFE,
+    0x2F5, 0x2F3, 0x2CD, 0xA788, 0x2F7,  0x32E, 0x324, 0x311, U',',  0xA4};
+// From dead_a on.
+constexpr char32_t deadLetters[] = {U'a', U'A', U'e', U'E',  U'i',  U'I', U'o',
+                                    U'O', U'u', U'U', 0x259, 0x18F, 0xB5};
+// From dead_lowline on.
+constexpr char32_t lines[] = {U'_', 0x2C8, 0x2CC, 0x338};
+
 char32_t accent(xkb_keysym_t dead) {
-  switch (dead) {
-    case XKB_KEY_dead_grave:
-      return U'`';
-    case XKB_KEY_dead_acute:
-      return 0xB4;
-    case XKB_KEY_dead_circumflex:
-      return U'^';
-    case XKB_KEY_dead_tilde:
-      return U'~';
-    case XKB_KEY_dead_macron:
-      return 0xAF;
-    case XKB_KEY_dead_breve:
-      return 0x2D8;
-    case XKB_KEY_dead_abovedot:
-      return 0x2D9;
-    case XKB_KEY_dead_diaeresis:
-      return 0xA8;
-    case XKB_KEY_dead_abovering:
-      return 0xB0;
-    case XKB_KEY_dead_doubleacute:
-      return 0x2DD;
-    case XKB_KEY_dead_caron:
-      return 0x2C7;
-    case XKB_KEY_dead_cedilla:
-      return 0xB8;
-    case XKB_KEY_dead_ogonek:
-      return 0x2DB;
-    case XKB_KEY_dead_iota:
-      return 0x37A;
-    default:
-      return 0;
+  const struct {
+    xkb_keysym_t first;
+    std::span<const char32_t> signs;
+  } rows[] = {{XKB_KEY_dead_grave, accents},
+              {XKB_KEY_dead_a, deadLetters},
+              {XKB_KEY_dead_lowline, lines}};
+  for (const auto& row : rows) {
+    if (dead >= row.first && dead - row.first < row.signs.size()) return row.signs[dead - row.first];
   }
+  return 0;
 }
 
 char32_t printed(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t group) {
@@ -98,8 +89,14 @@ void XkbLayout::Unref::operator()(xkb_keymap* keymap) const {
 
 XkbLayout::XkbLayout(KeyboardChanges& changes)
     : context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)),
-      mapChanges_(changes.onMapChanged([this] { keymap_.reset(); })),
-      layoutChanges_(changes.onLayoutChosen([this](std::uint32_t group) { choose(group); })) {}
+      mapChanges_(changes.onMapChanged([this] {
+        keymap_.reset();
+        changed_.notify();
+      })),
+      layoutChanges_(changes.onLayoutChosen([this](std::uint32_t group) {
+        choose(group);
+        changed_.notify();
+      })) {}
 
 XkbLayout::~XkbLayout() = default;
 
@@ -137,6 +134,17 @@ std::optional<char32_t> XkbLayout::character(std::uint16_t keyCode) const {
   xkb_keymap* const keymap = latinGroup_ ? keymap_.get() : latin_.get();
   const char32_t character = keymap ? printed(keymap, *key, latinGroup_.value_or(0)) : 0;
   return character != 0 ? std::optional(character) : std::nullopt;
+}
+
+std::optional<std::string> XkbLayout::name(std::uint16_t keyCode) const {
+  load();
+  const auto key = xKeyCode(keyCode);
+  const xkb_keysym_t* symbols = nullptr;
+  if (!key || !keymap_ ||
+      xkb_keymap_key_get_syms_by_level(keymap_.get(), *key, 0, 0, &symbols) != 1) {
+    return std::nullopt;
+  }
+  return keyName(symbols[0]);
 }
 
 Duration XkbLayout::keyRepeatDelay() const {

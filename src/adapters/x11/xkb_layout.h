@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "adapters/x11/keyboard_changes.h"
+#include "platform/callback_list.h"
 #include "platform/keyboard_layout.h"
 
 struct xkb_context;
@@ -19,6 +20,10 @@ class XkbLayout : public KeyboardLayout {
   ~XkbLayout() override;
 
   std::optional<char32_t> character(std::uint16_t keyCode) const override;
+  std::optional<std::string> name(std::uint16_t keyCode) const override;
+  Registration onChanged(std::function<void()> callback) override {
+    return changed_.add(std::move(callback));
+  }
   Duration keyRepeatDelay() const override;
   Duration keyRepeatInterval() const override;
 
@@ -36,6 +41,7 @@ class XkbLayout : public KeyboardLayout {
   mutable Keymap keymap_;  // null until it is needed
   mutable Keymap latin_;   // for keyboards without any Latin layout; null until it is needed
   mutable std::optional<std::uint32_t> latinGroup_;  // the last one in use that has Latin letters
+  CallbackList changed_;
   Registration mapChanges_;
   Registration layoutChanges_;
 };
