@@ -16,7 +16,10 @@ Services::Services(const QDBusConnection& bus, std::string program)
       workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier()),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
       presses_([this](QPoint rootPixels) { return isOurItem(rootPixels); }),
-      loginItem_(QtApplication::identifier, std::move(program)) {}
+      loginItem_(QtApplication::identifier, std::move(program)) {
+  QObject::connect(&defaultsNotifier_, &QSocketNotifier::activated,
+                   [this] { defaults_.checkForChange(); });
+}
 
 // Whether one of our items in the bar stands there.
 bool Services::isOurItem(QPoint rootPixels) {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QSocketNotifier>
 #include <string>
 
 #include "adapters/bar/bar_accessibility.h"
@@ -56,6 +57,7 @@ class Services {
   QtApplication application_;
   QtScreens screens_;
   desktop::DefaultsFile defaults_;
+  QSocketNotifier defaultsNotifier_{defaults_.descriptor(), QSocketNotifier::Read};
   desktop::IdentityResolver identities_;
   BarConnection bar_;
   BarSnapshots snapshots_{bar_};

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "platform/registration.h"
 
 namespace tarnwick {
 
@@ -25,12 +28,16 @@ class DefaultsStore {
 
   // Absent when the key is missing or holds something that is none of the types above.
   virtual std::optional<DefaultsValue> value(const std::string& key) const = 0;
-  // Written at once; a write that fails leaves the stored value as it was.
-  virtual void set(const std::string& key, DefaultsValue value) = 0;
-  virtual void remove(const std::string& key) = 0;
+  // Written at once. False when the write failed; the stored value is then as it was.
+  virtual bool set(const std::string& key, DefaultsValue value) = 0;
+  virtual bool remove(const std::string& key) = 0;
   // Also of values that cannot be read: contains() tells those from missing ones.
   virtual std::vector<std::string> keys() const = 0;
   virtual bool contains(const std::string& key) const = 0;
+
+  // Called in a later turn of the main thread after the stored values have changed by whatever
+  // hand, this process's own writes included; once for changes that come together.
+  virtual Registration onChanged(std::function<void()> callback) = 0;
 };
 
 }  // namespace tarnwick

@@ -1,6 +1,7 @@
 #include "adapters/desktop/defaults_file.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -98,16 +99,51 @@ TEST_F(DefaultsFileTest, FollowsEveryChangeByAnotherProcess) {
   }
 }
 
+TEST_F(DefaultsFileTest, TellsOfChangesByWhateverHand) {
+  const auto folder = path_.parent_path();
+  const auto other = folder_.path() / "other.json";
+  struct Case {
+    const char* name;
+    std::function<void()> change;
+    int told;
+  };
+  const Case cases[] = {
+      {"nothing there yet", [] {}, 0},
+      {"set here, which makes the folder", [&] { defaults_.set("a", "1"); }, 1},
+      {"set by another process", [&] { DefaultsFile(path_).set("a", "2"); }, 1},
+      {"the same again", [&] { writeFile(path_, R"({"a": "2"})"); }, 0},
+      {"written in place", [&] { writeFile(path_, R"({"a": "3"})"); }, 1},
+      {"half written", [&] { writeFile(path_, R"({"a": )"); }, 0},
+      {"replaced", [&] { writeFile(other, "{}"), std::filesystem::rename(other, path_); }, 1},
+      {"a file beside it", [&] { writeFile(folder / "b.json", "{}"); }, 0},
+      {"folder renamed", [&] { defaults_.set("a", "4"), rename(folder, folder_.path() / "x"); }, 1},
+      {"folder back", [&] { rename(folder_.path() / "x", folder); }, 1},
+      {"linked", [&] { rename(path_, other), create_symlink(other, path_); }, 0},
+      {"the link's target written", [&] { writeFile(other, "{}"); }, 1},
+      {"removed here", [&] { defaults_.set("b", true), defaults_.remove("b"); }, 0},
+  };
+  int told = 0;
+  const auto observer = defaults_.onChanged([&] { ++told; });
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    told = 0;
+    c.change();
+    pollfd readable{defaults_.descriptor(), POLLIN, 0};
+    while (poll(&readable, 1, 0) > 0) defaults_.checkForChange();
+    EXPECT_EQ(told, c.told);
+  }
+}
+
 TEST_F(DefaultsFileTest, AWriteThatChangesNothingWritesNothing) {
-  defaults_.remove("a");
+  EXPECT_TRUE(defaults_.remove("a"));
   EXPECT_FALSE(std::filesystem::exists(path_.parent_path()));
-  defaults_.set("a", Strings{"x"});
+  EXPECT_TRUE(defaults_.set("a", Strings{"x"}));
   struct stat before {
   }, after{};
   ASSERT_EQ(stat(path_.c_str(), &before), 0);
   const std::string text = readFile(path_);
-  defaults_.set("a", Strings{"x"});
-  defaults_.remove("b");
+  EXPECT_TRUE(defaults_.set("a", Strings{"x"}));
+  EXPECT_TRUE(defaults_.remove("b"));
   ASSERT_EQ(stat(path_.c_str(), &after), 0);
   EXPECT_EQ(before.st_ino, after.st_ino);
   EXPECT_EQ(before.st_ctim.tv_nsec, after.st_ctim.tv_nsec);
@@ -121,6 +157,7 @@ TEST_F(DefaultsFileTest, DamagedSettingsReadAsDefaultsAndAreKept) {
   writeFile(path_, damaged);
   EXPECT_EQ(defaults_.value("a"), DefaultsValue(false)) << "may be half written";
   EXPECT_EQ(readFile(path_), damaged);
+  EXPECT_FALSE(defaults_.set("a", true) || defaults_.remove("a"));
   // Nothing changes in the file from here on but its age.
   while (defaults_.value("a")) usleep(10'000);
   EXPECT_EQ(readFile(path_.native() + ".damaged"), damaged);

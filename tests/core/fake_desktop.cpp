@@ -211,6 +211,24 @@ std::optional<DefaultsValue> FakeDesktop::value(const std::string& key) const {
   return found == defaults.end() ? std::nullopt : std::optional(found->second);
 }
 
+bool FakeDesktop::set(const std::string& key, DefaultsValue value) {
+  if (defaultsAreReadOnly) return false;
+  defaults[key] = std::move(value);
+  tellOfDefaults();
+  return true;
+}
+
+bool FakeDesktop::remove(const std::string& key) {
+  if (defaultsAreReadOnly) return false;
+  defaults.erase(key);
+  tellOfDefaults();
+  return true;
+}
+
+void FakeDesktop::tellOfDefaults() {
+  loop.post([this] { defaultsChanged_.notify(); });
+}
+
 std::vector<std::string> FakeDesktop::keys() const {
   std::vector<std::string> names;
   for (const auto& [key, value] : defaults) names.push_back(key);

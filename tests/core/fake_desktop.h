@@ -76,7 +76,10 @@ class FakeDesktop : public Accessibility,
   int snapshots = 0;   // pictures taken while there was none
   int looseReads = 0;  // own frames read and items pressed without one
   std::vector<Screen> screens{{{0, 0, 1000, 800}, {0, 24, 1000, 776}}};
+  // What a test writes here by itself is announced by tellOfDefaults() only.
   std::map<std::string, DefaultsValue> defaults;
+  bool defaultsAreReadOnly = false;  // writes fail
+  void tellOfDefaults();
   std::map<std::string, Drawing> images;  // autosave name to the last image set
   std::vector<ActivationPolicy> policies;
   std::map<std::string, std::string, std::less<>> bundle;
@@ -171,12 +174,13 @@ class FakeDesktop : public Accessibility,
 
   // DefaultsStore
   std::optional<DefaultsValue> value(const std::string& key) const override;
-  void set(const std::string& key, DefaultsValue value) override {
-    defaults[key] = std::move(value);
-  }
-  void remove(const std::string& key) override { defaults.erase(key); }
+  bool set(const std::string& key, DefaultsValue value) override;
+  bool remove(const std::string& key) override;
   std::vector<std::string> keys() const override;
   bool contains(const std::string& key) const override { return defaults.contains(key); }
+  Registration onChanged(std::function<void()> callback) override {
+    return defaultsChanged_.add(std::move(callback));
+  }
 
   // PanelWindows, EventMonitors, Menus
   std::unique_ptr<PanelWindow> makePanelWindow() override;
@@ -216,6 +220,7 @@ class FakeDesktop : public Accessibility,
   std::map<std::int32_t, std::vector<bar::ItemId>> items_;
   std::map<std::string, Owned> own_;
   CallbackList launched_;
+  CallbackList defaultsChanged_;
   std::int32_t nextPid_ = 100;
   bar::ItemId nextId_ = 1;
 

@@ -80,7 +80,8 @@ std::filesystem::path DefaultsFile::standardPath() {
   return configHome() / "tarnwick" / "defaults.json";
 }
 
-DefaultsFile::DefaultsFile(std::filesystem::path path) : file_(std::move(path), JsonRoot::object) {}
+DefaultsFile::DefaultsFile(std::filesystem::path path)
+    : file_(std::move(path), JsonRoot::object), watch_(file_.path()) {}
 
 DefaultsFile::Stamp DefaultsFile::stamp() const {
   struct stat info {};
@@ -116,20 +117,40 @@ std::optional<DefaultsValue> DefaultsFile::value(const std::string& key) const {
   return entry == document.end() ? std::nullopt : decode(*entry);
 }
 
-void DefaultsFile::set(const std::string& key, DefaultsValue value) {
-  if (this->value(key) == value) return;
-  file_.update([&](json& document) {
+bool DefaultsFile::set(const std::string& key, DefaultsValue value) {
+  if (this->value(key) == value) return true;
+  bool there = false;  // another process has just written it
+  const bool written = file_.update([&](json& document) {
     json& entry = document[key];
-    if (decode(entry) == value) return false;
+    there = decode(entry) == value;
+    if (there) return false;
     if (!entry.is_null() && !decode(entry)) keepAside(document, key, entry);
     entry = encode(value);
     return true;
   });
+  return written || there;
 }
 
-void DefaultsFile::remove(const std::string& key) {
-  if (!present().contains(key)) return;
-  file_.update([&](json& document) { return document.is_object() && document.erase(key) > 0; });
+bool DefaultsFile::remove(const std::string& key) {
+  if (!present().contains(key)) return true;
+  bool gone = false;
+  const bool written = file_.update([&](json& document) {
+    gone = !document.is_object() || document.erase(key) == 0;
+    return !gone;
+  });
+  return written || gone;
+}
+
+Registration DefaultsFile::onChanged(std::function<void()> callback) {
+  if (changed_.empty()) told_ = present();
+  return changed_.add(std::move(callback));
+}
+
+void DefaultsFile::checkForChange() {
+  watch_.rearm();
+  if (changed_.empty() || present() == told_) return;
+  told_ = present();
+  changed_.notify();
 }
 
 std::vector<std::string> DefaultsFile::keys() const {

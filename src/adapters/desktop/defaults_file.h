@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "adapters/desktop/file_watch.h"
 #include "adapters/desktop/json_file.h"
+#include "platform/callback_list.h"
 #include "platform/defaults_store.h"
 
 namespace tarnwick::desktop {
@@ -27,10 +29,16 @@ class DefaultsFile : public DefaultsStore {
   explicit DefaultsFile(std::filesystem::path path = standardPath());
 
   std::optional<DefaultsValue> value(const std::string& key) const override;
-  void set(const std::string& key, DefaultsValue value) override;
-  void remove(const std::string& key) override;
+  bool set(const std::string& key, DefaultsValue value) override;
+  bool remove(const std::string& key) override;
   std::vector<std::string> keys() const override;
   bool contains(const std::string& key) const override;
+  Registration onChanged(std::function<void()> callback) override;
+
+  // The file may have changed when this descriptor can be read; checkForChange() is then to be
+  // called, which tells the observers if it has. -1 when the system gives none.
+  int descriptor() const { return watch_.descriptor(); }
+  void checkForChange();
 
  private:
   // Tells one state of the file from the next without reading it.
@@ -47,6 +55,9 @@ class DefaultsFile : public DefaultsStore {
   JsonFile file_;
   mutable nlohmann::json document_;
   mutable std::optional<Stamp> stamp_;  // of the file that document_ was read from
+  FileWatch watch_;
+  nlohmann::json told_;  // what the observers know
+  CallbackList changed_;
 };
 
 }  // namespace tarnwick::desktop
