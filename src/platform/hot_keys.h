@@ -28,9 +28,10 @@ class HotKeys {
 
   // Takes a key with exactly these modifiers (the code as in InputEvent) from
   // everybody else, until the registration is dropped. Empty when another program has it or no
-  // keyboard can type it. While the present keyboard has no key for one of the modifiers, or another
-  // program took the combination as the keyboard changed, it is registered without being in force,
-  // and tried again when the keyboard changes. Asks the display server and waits for its answer.
+  // keyboard can type it. While the present keyboard has no key for one of the modifiers, or
+  // another program took the combination as the keyboard changed, it is registered without being in
+  // force, and tried again when the keyboard changes. Asks the display server and waits for its
+  // answer.
   virtual Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
                                            HotKeyId id) = 0;
   // Whether presses of a registered hot key are told now.

@@ -18,8 +18,8 @@
 
 // Shortcuts that work whatever has the keyboard focus: named slots whose keys the user chooses,
 // kept in the settings store, and actions for them. One for the whole process; main thread only: a
-// call on another thread ends the process with a message, save the declaration of a name that brings
-// no initial shortcut, once the first one was declared.
+// call on another thread ends the process with a message, save the declaration of a name that
+// brings no initial shortcut, once the first one was declared.
 namespace tarnwick::KeyboardShortcuts {
 
 // What the module is built on; outlives its use.
@@ -38,7 +38,7 @@ struct Services {
 // takes every hot key, handler and stream away and leaves the module as it was at first.
 Registration use(const Services& services);
 
-// Posted with {"name": Name} after a slot was written or removed through this module.
+// Posted with {"name": Name} after a slot was written or removed, by whatever hand.
 inline constexpr const char* shortcutByNameDidChange = "KeyboardShortcuts_shortcutByNameDidChange";
 
 // Slots. Each change takes effect on the hot keys at once.

@@ -34,6 +34,7 @@ Registration use(const Services& services) {
   mainThread = std::this_thread::get_id();
   Module& module = Module::shared();
   module.services.emplace(services);
+  observeStore();
   return Registration([] {
     // What goes may look at the tables while it goes.
     const auto dropped = std::exchange(slot(), std::make_unique<Module>());

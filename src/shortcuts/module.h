@@ -27,6 +27,15 @@ struct Handlers {
   bool has(const Name& name) const;
 };
 
+// What a slot holds.
+struct Disabled {  // the user wants none
+  bool operator==(const Disabled&) const = default;
+};
+struct Missing {  // nothing, or nothing that can be read
+  bool operator==(const Missing&) const = default;
+};
+using StoredShortcut = std::variant<Missing, Disabled, Shortcut>;
+
 // The process-wide tables, of the thread that gave the module its services. Their use on another
 // one is reported, and ends the process.
 struct Module {
@@ -43,14 +52,14 @@ struct Module {
   Handlers keyUp;
   std::unique_ptr<HotKeyCenter> center;
   std::unordered_map<Shortcut, std::shared_ptr<HotKey>> hotKeys;
+  std::map<Name, StoredShortcut> slots;  // those that held something when last looked at
+  Registration storeObserver;
 };
 
-// What a slot holds.
-struct Disabled {};  // the user wants none
-struct Missing {};   // nothing, or nothing that can be read
-using StoredShortcut = std::variant<Missing, Disabled, Shortcut>;
 StoredShortcut storedShortcut(const Name& name);
 
+// Has the hot keys follow what the store holds from now on, whoever wrote it.
+void observeStore();
 void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& rawValue);
 
 // Registers the name's shortcut when it has one, is not disabled and somebody handles it.

@@ -25,10 +25,39 @@ void releaseStored(const Name& name) {
   if (const auto old = getShortcut(name)) releaseUnlessActive(*old, &name);
 }
 
+StoredShortcut slot(const std::map<Name, StoredShortcut>& slots, const Name& name) {
+  const auto found = slots.find(name);
+  return found != slots.end() ? found->second : StoredShortcut(Missing());
+}
+
 void didChange(const Name& name) {
+  Module::shared().slots[name] = storedShortcut(name);
   registerIfNeeded(name);
   const auto& services = Module::shared().services;
   if (services) services->notifications.post({shortcutByNameDidChange, {{"name", name}}});
+}
+
+std::map<Name, StoredShortcut> storedSlots() {
+  std::map<Name, StoredShortcut> slots;
+  for (const Name& name : storedNames()) slots.emplace(name, storedShortcut(name));
+  return slots;
+}
+
+// Also told of this module's own writes, of which everybody knows already.
+void storeDidChange() {
+  Module& module = Module::shared();
+  const auto before = module.slots;
+  const auto now = storedSlots();
+  std::set<Name> names;
+  for (const auto* const slots : {&before, &now}) {
+    for (const auto& [name, held] : *slots) names.insert(name);
+  }
+  for (const Name& name : names) {
+    const auto old = slot(before, name);
+    if (old == slot(now, name)) continue;
+    if (const auto* const shortcut = std::get_if<Shortcut>(&old)) releaseUnlessActive(*shortcut);
+    didChange(name);
+  }
 }
 
 void userDefaultsSet(const Name& name, const Shortcut& shortcut) {
@@ -86,6 +115,12 @@ void Name::setShortcut(const std::optional<Shortcut>& shortcut) const {
 
 std::optional<Shortcut> Shortcut::of(const Name& name) {
   return getShortcut(name);
+}
+
+void observeStore() {
+  Module& module = Module::shared();
+  module.slots = storedSlots();
+  module.storeObserver = module.services->defaults.onChanged(storeDidChange);
 }
 
 void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& rawValue) {

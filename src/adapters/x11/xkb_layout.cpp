@@ -24,12 +24,12 @@ constexpr Duration usualRepeatDelay = 660ms;
 constexpr Duration usualRepeatInterval = 40ms;
 constexpr std::size_t lettersOfLatinLayouts = 20;  // some put a few of the 26 elsewhere
 
-// Accents as they stand on their keys, from dead_grave on. Those that Unicode has only combined with
-// a letter are so here.
-constexpr char32_t accents[] = {
-    U'`',  0xB4,  U'^',  U'~',  0xAF,   0x2D8,  0x2D9, 0xA8,   0xB0,  0x2DD,  0x2C7,
-    0xB8,  0x2DB, 0x37A, 0x309B, 0x309C, 0x323, 0x309, 0x31B, U'/',  0x1FBF, 0x1FFE,
-    0x2F5, 0x2F3, 0x2CD, 0xA788, 0x2F7,  0x32E, 0x324, 0x311, U',',  0xA4};
+// Accents as they stand on their keys, from dead_grave on. Those that Unicode has only combined
+// with a letter are so here.
+constexpr char32_t accents[] = {U'`',  0xB4,   U'^',  U'~',  0xAF,   0x2D8,  0x2D9,  0xA8,
+                                0xB0,  0x2DD,  0x2C7, 0xB8,  0x2DB,  0x37A,  0x309B, 0x309C,
+                                0x323, 0x309,  0x31B, U'/',  0x1FBF, 0x1FFE, 0x2F5,  0x2F3,
+                                0x2CD, 0xA788, 0x2F7, 0x32E, 0x324,  0x311,  U',',   0xA4};
 // From dead_a on.
 constexpr char32_t deadLetters[] = {U'a', U'A', U'e', U'E',  U'i',  U'I', U'o',
                                     U'O', U'u', U'U', 0x259, 0x18F, 0xB5};
@@ -40,11 +40,11 @@ char32_t accent(xkb_keysym_t dead) {
   const struct {
     xkb_keysym_t first;
     std::span<const char32_t> signs;
-  } rows[] = {{XKB_KEY_dead_grave, accents},
-              {XKB_KEY_dead_a, deadLetters},
-              {XKB_KEY_dead_lowline, lines}};
+  } rows[] = {
+      {XKB_KEY_dead_grave, accents}, {XKB_KEY_dead_a, deadLetters}, {XKB_KEY_dead_lowline, lines}};
   for (const auto& row : rows) {
-    if (dead >= row.first && dead - row.first < row.signs.size()) return row.signs[dead - row.first];
+    if (dead >= row.first && dead - row.first < row.signs.size())
+      return row.signs[dead - row.first];
   }
   return 0;
 }
