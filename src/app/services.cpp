@@ -16,6 +16,7 @@ Services::Services(const QDBusConnection& bus, std::string program)
       workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier()),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
       presses_([this](QPoint rootPixels) { return isOurItem(rootPixels); }),
+      locks_(bus),
       loginItem_(QtApplication::identifier, std::move(program)) {
   QObject::connect(&defaultsNotifier_, &QSocketNotifier::activated,
                    [this] { defaults_.checkForChange(); });
@@ -28,6 +29,13 @@ bool Services::isOurItem(QPoint rootPixels) {
   const QPoint origin = primary->geometry().topLeft();
   const QPointF points = QPointF(rootPixels - origin) / primary->devicePixelRatio();
   return statusBar_.hasItemAt({points.x(), points.y()});
+}
+
+Recording Services::recording() {
+  using Callback = std::function<void()>;
+  return {x11::KeyboardGrab::begin,
+          {[this](Callback end) { return presses_.addPressMonitor(std::move(end)); },
+           [this](Callback end) { return locks_.onLocking(std::move(end)); }}};
 }
 
 Services::~Services() {

@@ -26,6 +26,7 @@
 #include "adapters/qt/qt_screens.h"
 #include "adapters/qt/qt_settings_window.h"
 #include "adapters/qt/recorder_widget.h"
+#include "adapters/qt/session_locks.h"
 #include "adapters/shortcuts/desktop_shortcuts.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
@@ -52,6 +53,7 @@ class Services {
 
  private:
   bool isOurItem(QPoint rootPixels);
+  Recording recording();
 
   QtMainLoop loop_;
   QtApplication application_;
@@ -69,11 +71,12 @@ class Services {
   PngFiles pictures_;
   QtPanelWindows panelWindows_{{x11::isComposited, x11::cutWindow}};
   x11::RawPresses presses_;
+  SessionLocks locks_;
   QtMenus menus_{loop_, presses_, [this](const AXElement& entry, std::function<void()> gone) {
                    return accessibility_.watchMenu(entry, std::move(gone));
                  }};
   QtSettingsWindows settingsWindows_{{x11::activateWindow},
-                                     [] { return makeHotkeyRows(x11::KeyboardGrab::begin); }};
+                                     [this] { return makeHotkeyRows(recording()); }};
   BarSettingsPanes settingsPanes_{bar_};
   desktop::AutostartEntry loginItem_;
   QtCollation collation_;

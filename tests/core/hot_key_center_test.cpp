@@ -85,6 +85,7 @@ TEST_F(HotKeyCenterTest, OpenMenuHasTheKeysWatchedOnTheirWay) {
   EXPECT_FALSE(keyboard.menuKey(kHeld)) << "repetitions go to the menu";
   EXPECT_TRUE(keyboard.menuKey(kUp));
   EXPECT_EQ(noted(), (Log{"a down", "a up"}));
+  EXPECT_TRUE(isEnabled(a));
   const struct {
     const char* name;
     InputEvent event;
@@ -93,6 +94,7 @@ TEST_F(HotKeyCenterTest, OpenMenuHasTheKeysWatchedOnTheirWay) {
       {"another key", {EventKind::keyDown, 38, command, false}, false},
       {"more modifiers", {EventKind::keyDown, 40, command | KeyModifiers::shift, false}, false},
       {"no modifiers", {EventKind::keyDown, 40, KeyModifiers::none, false}, false},
+      {"AltGr", {EventKind::keyDown, 40, command | KeyModifiers::unnamed, false}, false},
       {"locks", {EventKind::keyDown, 40, command | KeyModifiers::capsLock, false}, true},
   };
   for (const auto& c : cases) EXPECT_EQ(keyboard.menuKey(c.event), c.swallowed) << c.name;

@@ -40,6 +40,8 @@ class RecorderTest : public ShortcutsTest, protected RecorderField, protected Sy
 };
 
 TEST_F(RecorderTest, TakesRefusesAndPassesOnKeys) {
+  constexpr std::uint16_t pauseKey = 383;  // beyond the ANSI layout
+  keyboard.names = {{pauseKey, "Pause"}};
   struct Case {
     std::uint16_t key;
     KeyModifiers modifiers;
@@ -57,8 +59,11 @@ TEST_F(RecorderTest, TakesRefusesAndPassesOnKeys) {
       {48, M::none, false, false, false, "⌘K"},
       {53, M::capsLock, true, false, false, "⌘K"},
       {53, M::control, true, false, false, "⌃⎋"},
-      {53, M::unnamed, true, false, false, "⌘K"},
+      {53, M::unnamed, true, true, true, "⌘K"},  // AltGr is a modifier
+      {48, M::unnamed, true, true, true, "⌘K"},
       {40, M::control | M::unnamed, true, true, true, "⌘K"},
+      {pauseKey, M::shift, true, true, true, "⌘K"},
+      {pauseKey, M::control, true, false, false, "⌃Pause"},
       {51, M::none, true, false, true, ""},
       {117, M::numericPad, true, false, true, ""},
   };
@@ -152,6 +157,9 @@ TEST_F(RecorderTest, FollowsWhatAnotherOneRecordsForTheSameName) {
   EXPECT_FALSE(sameField.appearance.isRecording);
   press(40, M::control);
   EXPECT_EQ(sameField.appearance.text, "⌃K");
+  keyboard.prints = {{40, U'l'}};
+  keyboard.layoutChanges.notify();
+  EXPECT_EQ(sameField.appearance.text, "⌃L");
 }
 
 TEST_F(RecorderTest, MayBeTakenAwayByWhoIsTold) {

@@ -63,7 +63,8 @@ TEST_F(ShortcutModelTest, IsStoredAsJson) {
 }
 
 TEST_F(ShortcutModelTest, ReadsForPeopleAndForMenus) {
-  keyboard.prints = {{40, U'k'}, {41, 0xF6}, {27, 0xDF}, {74, U'x'}};
+  keyboard.prints = {{40, U'k'}, {41, 0xF6}, {27, 0xDF}, {74, U'x'}, {47, 0x323}};
+  keyboard.names = {{72, "Volume Up"}, {363, "Print"}};
   const struct {
     Shortcut shortcut;
     const char* description;
@@ -74,6 +75,9 @@ TEST_F(ShortcutModelTest, ReadsForPeopleAndForMenus) {
       {Shortcut(Key::semicolon, command), "⌘Ö", "ö"},
       {Shortcut(Key::minus, command), "⌘Ss", "ß"},
       {Shortcut(Key::mute), "X", "x"},  // has a name, but is not special
+      {Shortcut(Key::period, command), "⌘\u25CC\u0323", "\u0323"},
+      {Shortcut(Key::volumeUp, control), "⌃Volume Up", {}},
+      {Shortcut(Key(363), control), "⌃Print", {}},
       {Shortcut(Key::a, command), "⌘\uFFFD", {}},
       {Shortcut(Key(70000), command), "⌘\uFFFD", {}},
       {Shortcut(Key(-1), command), "⌘\uFFFD", {}},
@@ -116,16 +120,26 @@ TEST(CharacterTest, CoversScalarValuesOnly) {
   }
 }
 
-TEST(CharacterTest, KnowsCapitalAndSmallLettersOfKeyboards) {
-  const std::u32string lower = U"azäÿµıςąžğőőșțωάύώяёєґ1,×÷€º";
-  const std::u32string upper = U"AZÄŸΜIΣĄŽĞŐŐȘȚΩΆΎΏЯЁЄҐ1,×÷€º";
-  const std::u32string again = U"azäÿμiσąžğőőșțωάύώяёєґ1,×÷€º";
+// The last ones: Georgian, which has no capitals in titles, digraphs, and letters that Unicode has
+// apart from their alphabets.
+TEST(CharacterTest, KnowsCapitalAndSmallLetters) {
+  const std::u32string lower =
+      U"azäÿµıςąžğőőșțωάύώяёєґӷӏᲀպ1,×÷€ºაǆǅəɐꭰⴀᾳſ𐐨";
+  const std::u32string upper = U"AZÄŸΜIΣĄŽĞŐŐȘȚΩΆΎΏЯЁЄҐӶӀВՊ1,×÷€ºაǅǅƏⱯᎠႠᾼS𐐀";
+  const std::u32string again =
+      U"azäÿμiσąžğőőșțωάύώяёєґӷӏвպ1,×÷€ºაǆǆəɐꭰⴀᾳs𐐨";
   ASSERT_EQ(lower.size(), upper.size());
   for (std::size_t i = 0; i < lower.size(); ++i) {
     EXPECT_EQ(capitalised(lower[i]), character(upper[i])) << i;
     EXPECT_EQ(capitalised(upper[i]), character(upper[i])) << i;
     EXPECT_EQ(lowerCased(*character(upper[i])), character(again[i])) << i;
   }
+  const struct {
+    const char* text;
+    const char* small;
+  } capitals[] = {{"İ", "i"},   {"ẞ", "ß"}, {"Ა", "ა"},          {"Ǆ", "ǆ"},
+                  {"AB", "AB"}, {"", ""},   {"Ä\u0308", "Ä\u0308"}};
+  for (const auto& c : capitals) EXPECT_EQ(lowerCased(c.text), c.small);
 }
 
 }  // namespace

@@ -1,4 +1,8 @@
+#include <thread>
+
+#include "adapters/desktop/defaults_file.h"
 #include "shortcuts_test.h"
+#include "temporary_folder.h"
 
 namespace tarnwick::test {
 namespace {
@@ -128,9 +132,96 @@ TEST_F(ShortcutStorageTest, CombinationOfAnotherProgramWorksOnceItIsFreeAndAsked
   EXPECT_FALSE(isEnabled(plain));
   enable({plain});
   EXPECT_TRUE(isEnabled(plain));
+  keyboard.notInForce = {keyboard.registered.at(commandK)};  // lost as the keyboard changed
+  EXPECT_FALSE(isEnabled(plain));
+  keyboard.notInForce.clear();
+  EXPECT_TRUE(isEnabled(plain));
   noted();
   strike(commandK);
   EXPECT_EQ(noted(), std::vector<std::string>{"up"});
+}
+
+TEST_F(ShortcutStorageTest, HotKeysFollowWhateverHandWroteTheStore) {
+  const std::string kText = k.toJson(), jText = j.toJson();
+  const struct {
+    const char* label;
+    std::optional<DefaultsValue> plain, other;
+    bool k, j;
+    std::size_t told;
+  } cases[] = {
+      {"a shortcut", kText, {}, true, false, 1},
+      {"the same", kText, {}, true, false, 0},
+      {"another", jText, kText, true, true, 2},
+      {"what the other keeps", kText, kText, true, false, 1},
+      {"cleared", false, kText, true, false, 1},
+      {"unreadable", true, {}, false, false, 2},
+      {"removed", {}, {}, false, false, 0},
+  };
+  const Name other("other");
+  onKeyUp(plain, [] {});
+  onKeyUp(other, [] {});
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    desktop.defaults.clear();
+    if (c.plain) store("plain", *c.plain);
+    if (c.other) store("other", *c.other);
+    desktop.tellOfDefaults();
+    desktop.loop.runPosted();
+    EXPECT_EQ(isRegistered(commandK), c.k);
+    EXPECT_EQ(isRegistered(commandJ), c.j);
+    EXPECT_EQ(noted().size(), c.told);
+  }
+  setShortcut(k, plain);
+  desktop.loop.runPosted();
+  EXPECT_EQ(noted().size(), 1u) << "own writes are told once";
+}
+
+TEST_F(ShortcutStorageTest, WhatCannotBeReadIsNotMissing) {
+  const TemporaryFolder folder;
+  const auto path = folder.path() / "defaults.json";
+  writeFile(path, R"({"KeyboardShortcuts_plain": 1.5, "KeyboardShortcuts_null": null})");
+  desktop::DefaultsFile file(path);
+  module = {};
+  module = use({desktop.loop, file, keyboard, keyboard, notifications});
+  const Name null = Name::fromRawValue("null");
+  EXPECT_EQ(storedNames(), (std::set{null, plain}));
+  EXPECT_FALSE(Name("plain", k).shortcut());
+  EXPECT_FALSE(file.value("KeyboardShortcuts_plain"));
+  setShortcut(std::nullopt, plain);
+  EXPECT_EQ(storedNames(), std::set{null});
+  resetAll();
+  EXPECT_EQ(noted(), (std::vector<std::string>{"plain", "null"}));
+  EXPECT_TRUE(file.keys().empty());
+}
+
+TEST_F(ShortcutStorageTest, OtherThreadsAreReported) {
+  desktop.loop.runPosted();
+  const struct {
+    const char* label;
+    std::function<void()> call;
+    bool reported = true;
+  } cases[] = {
+      {"list", [] { storedNames(); }},
+      {"read", [this] { getShortcut(plain); }},
+      {"write", [this] { setShortcut(k, plain); }},
+      {"handler", [this] { onKeyUp(plain, [] {}); }},
+      {"stream", [this] { const auto stream = events(k); }},
+      {"switch", [] { setEnabled(false); }},
+      {"pause", [] { setPaused(true); }},
+      {"text", [this] { const auto text = k.description(); }},
+      {"menu key", [this] { const auto key = k.nsMenuItemKeyEquivalent(); }},
+      {"declaration", [] { const Name name("any"); }, false},
+      {"value", [this] { EXPECT_EQ(Shortcut::fromJson(k.toJson()), k); }, false},
+  };
+  for (const auto& c : cases) {
+    const auto elsewhere = [&] { std::thread(c.call).join(); };
+    SCOPED_TRACE(c.label);
+    if (!c.reported) {
+      elsewhere();
+    } else {
+      EXPECT_DEATH(elsewhere(), "outside of the main thread");
+    }
+  }
 }
 
 // Numbers that no key has may stand in the store.

@@ -59,6 +59,46 @@ TEST_F(ShortcutStreamsTest, DeliverWhatHappenedInOrderAlsoBeforeAnybodyAwaitsIt)
             Log());
 }
 
+TEST_F(ShortcutStreamsTest, EveryListenerOfAShortcutHearsItAfterTheHandlers) {
+  const Name twin("twin"), foreign("foreign");
+  for (const Name& each : {name, twin}) setShortcut(k, each);
+  setShortcut(j, foreign);
+  onKeyDown(twin, note("handler"));
+  const auto hear = [&](const std::string& who, EventStream<EventType> stream) {
+    listen(desktop.loop, std::move(stream), [this, who](const char* what) {
+      if (std::string_view(what) != "end") log.push_back(who + ' ' + what);
+    });
+  };
+  hear("name", events(name));
+  hear("twin", events(EventType::keyUp, twin));
+  hear("foreign", events(foreign));
+  hear("shortcut", events(k));
+  const struct {
+    const char* label;
+    std::function<void()> before;
+    Log heard;
+  } cases[] = {
+      {"all",
+       [] {},
+       {"handler", "name down", "shortcut down", "name up", "twin up", "shortcut up"}},
+      {"one disabled",
+       [&] { disable({name}); },
+       {"handler", "shortcut down", "twin up", "shortcut up"}},
+      {"moved", [&] { setShortcut(j, twin); }, {"shortcut down", "shortcut up"}},
+      {"paused", [] { setPaused(true); }, {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    EXPECT_EQ(after([&] {
+                c.before();
+                keyboard.press(commandK);
+                desktop.loop.runPosted();
+                keyboard.release(commandK);
+              }),
+              c.heard);
+  }
+}
+
 TEST_F(ShortcutStreamsTest, EndWithTheirTaskAndGiveTheKeyBack) {
   const struct {
     const char* label;

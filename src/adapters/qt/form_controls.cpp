@@ -42,7 +42,7 @@ void paintShape(QPainter& painter, const QWidget& widget, const QColor& fill) {
 }
 
 void paintRingIfFocused(QPainter& painter, const QWidget& widget, const Tones& tones) {
-  if (showsFocus(widget)) paintRing(painter, shapeOf(widget), cornerRadius, tones.accent);
+  if (widget.hasFocus()) paintRing(painter, shapeOf(widget), cornerRadius, tones.accent);
 }
 
 // An open arrow head, 7 points wide; `up` is 1 or -1.
@@ -86,10 +86,6 @@ class StepButton : public QPushButton {
 };
 
 }  // namespace
-
-bool showsFocus(const QWidget& widget) {
-  return widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange);
-}
 
 void paintRing(QPainter& painter, const QRectF& shape, qreal radius, const QColor& color) {
   painter.setPen(QPen(color, 2));
@@ -157,7 +153,7 @@ void Switch::paintEvent(QPaintEvent*) {
   painter.drawEllipse(QRectF(knobLeft, track.top() + knobInset + 0.75, knobSide, knobSide));
   painter.setBrush(tones.knob);
   painter.drawEllipse(QRectF(knobLeft, track.top() + knobInset, knobSide, knobSide));
-  if (showsFocus(*this)) paintRing(painter, track, radius, tones.accent);
+  if (hasFocus()) paintRing(painter, track, radius, tones.accent);
 
   int textLeft = leads ? trackLeft + trackSize.width() + labelSpacing : 0;
   const int textRight = leads ? width() : trackLeft - labelSpacing;
@@ -259,8 +255,7 @@ void Field::paintEvent(QPaintEvent* event) {
     painter.setPen(QPen(tones.fieldLine, 1));
     painter.drawRoundedRect(shapeOf(*this).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5,
                             cornerRadius - 0.5);
-    // What is typed goes here, however it got the focus.
-    if (hasFocus()) paintRing(painter, shapeOf(*this), cornerRadius, tones.accent);
+    paintRingIfFocused(painter, *this, tones);
   }
   QLineEdit::paintEvent(event);
 }

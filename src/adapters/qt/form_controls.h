@@ -11,7 +11,7 @@
 namespace tarnwick {
 
 // Controls of a form of cards, drawn alike in the tones of the palette. Around each there is room
-// for a ring, which shows the focus when the keyboard is used.
+// for a ring, which shows the focus: what a key would press.
 
 inline constexpr int ringRoom = 3;  // points on each side
 

@@ -6,8 +6,6 @@
 
 namespace tarnwick {
 
-// The focus was moved here by the keyboard.
-bool showsFocus(const QWidget& widget);
 // Around a shape with that corner radius, at its outside.
 void paintRing(QPainter& painter, const QRectF& shape, qreal radius, const QColor& color);
 // The part of a control without the room for its ring.

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "adapters/qt/focus_follower.h"
 #include "adapters/qt/qt_application.h"
 #include "adapters/qt/slim_scroll_bar.h"
 #include "adapters/qt/tones.h"
@@ -58,8 +59,10 @@ class SettingsWidget : public QMainWindow {
   }
 
   void present() {
-    if (!isVisible())
+    if (!isVisible()) {
       move(QGuiApplication::screenAt(place_ + rect().center()) ? place_ : centred());
+      form_->setFocus();  // no control has it until the user gives it to one
+    }
     show();
     raise();
     activateWindow();
@@ -87,6 +90,7 @@ class SettingsWidget : public QMainWindow {
 
   bool event(QEvent* event) override {
     if (event->type() == QEvent::ApplicationPaletteChange) takePalette();
+    if (event->type() == QEvent::WindowActivate && !focusWidget()) form_->setFocus();
     return QMainWindow::event(event);
   }
 
@@ -113,6 +117,7 @@ class SettingsWidget : public QMainWindow {
   const std::shared_ptr<SettingsView> view_;
   QScrollArea scroll_{this};
   SettingsForm* const form_;
+  FocusFollower follower_{scroll_};
   QPoint place_;  // of the frame's corner, when it is shown the next time
   Registration observer_;
 };

@@ -21,9 +21,9 @@ constexpr qreal cancelMargin = 6;
 
 RecorderWidget::RecorderWidget(
     std::variant<KeyboardShortcuts::Name, KeyboardShortcuts::Binding> storage, const QString& title,
-    GrabKeyboard grab, Recorder::OnChange onChange)
+    Recording recording, Recorder::OnChange onChange)
     : Field(static_cast<int>(Recorder::minimumWidth), title),
-      grab_(std::move(grab)),
+      recording_(std::move(recording)),
       recorder_(*this, std::move(storage), std::move(onChange)) {
   setReadOnly(true);
   setAttribute(Qt::WA_InputMethodEnabled, false);
@@ -43,14 +43,20 @@ void RecorderWidget::show(const KeyboardShortcuts::RecorderAppearance& appearanc
   setText(QString::fromStdString(appearance.text));
   setAccessibleDescription(QString::fromStdString(appearance.placeholder));
   if (began) {
-    keyboard_ =
-        grab_(window()->winId(), [this](const auto& event) { return recorder_.keyDown(event); });
-    qApp->installEventFilter(this);
+    beginWatching();
   } else if (!appearance.isRecording) {
     qApp->removeEventFilter(this);
-    keyboard_ = {};
+    watches_.clear();
   }
   update();
+}
+
+void RecorderWidget::beginWatching() {
+  const auto end = [this] { recorder_.windowDidResignKey(); };
+  watches_.push_back(recording_.grabKeyboard(
+      window()->winId(), [this](const auto& event) { return recorder_.keyDown(event); }, end));
+  for (const auto& watch : recording_.ends) watches_.push_back(watch(end));
+  qApp->installEventFilter(this);
 }
 
 // An alert that has just gone may still be what is active: then the focus comes with the window.
@@ -183,10 +189,10 @@ void RecorderWidget::paintEvent(QPaintEvent*) {
   painter.drawLine(cross.topRight(), cross.bottomLeft());
 }
 
-std::vector<HotkeyRow> makeHotkeyRows(const GrabKeyboard& grab) {
+std::vector<HotkeyRow> makeHotkeyRows(const Recording& recording) {
   using KeyboardShortcuts::Name;
-  const auto row = [&grab](const QString& title, const Name& name) {
-    return HotkeyRow{title, new RecorderWidget(name, title, grab)};
+  const auto row = [&recording](const QString& title, const Name& name) {
+    return HotkeyRow{title, new RecorderWidget(name, title, recording)};
   };
   return {row(RecorderWidget::tr("Open the panel"), Name::togglePanel()),
           row(RecorderWidget::tr("Show everything briefly"), Name::revealEverything())};

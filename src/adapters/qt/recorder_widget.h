@@ -10,10 +10,17 @@
 
 namespace tarnwick {
 
-// Takes the keyboard for a window until the registration is dropped. True swallows a press; absent
-// is one of a key without a name.
-using GrabKeyboard =
-    std::function<Registration(WId, std::function<bool(const std::optional<InputEvent>&)>)>;
+// What a recorder needs while it records.
+struct Recording {
+  // Takes the keyboard for a window until the registration is dropped. `press` swallows a press by
+  // true; absent is one of a key without a name. `idle` is told when no key came for so long that
+  // the keyboard has been given back.
+  std::function<Registration(WId, std::function<bool(const std::optional<InputEvent>&)> press,
+                             std::function<void()> idle)>
+      grabKeyboard;
+  // Each calls when something happened that ends the recording.
+  std::vector<std::function<Registration(std::function<void()>)>> ends;
+};
 
 // A field in the shape of a search field in which a shortcut is recorded.
 class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
@@ -23,7 +30,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   using Recorder = KeyboardShortcuts::RecorderCocoa;
 
   RecorderWidget(std::variant<KeyboardShortcuts::Name, KeyboardShortcuts::Binding> storage,
-                 const QString& title, GrabKeyboard grab, Recorder::OnChange onChange = {});
+                 const QString& title, Recording recording, Recorder::OnChange onChange = {});
   ~RecorderWidget() override;
 
   Recorder& recorder() { return recorder_; }
@@ -42,6 +49,7 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
 
  private:
+  void beginWatching();
   void show(const KeyboardShortcuts::RecorderAppearance& appearance) override;
   void makeFirstResponder() override;
   void resignFirstResponder() override;
@@ -51,15 +59,15 @@ class RecorderWidget : public Field, private KeyboardShortcuts::RecorderField {
   bool comesByItself(Qt::FocusReason reason) const;
   QRectF cancelButton() const;
 
-  const GrabKeyboard grab_;
+  const Recording recording_;
   KeyboardShortcuts::RecorderAppearance appearance_;
-  Registration keyboard_;
+  std::vector<Registration> watches_;  // while recording
   QPointer<QWidget> window_;
   bool awaitsWindow_ = false;  // the focus is wanted as soon as the window is active
   Recorder recorder_;
 };
 
 // The rows of the settings' section "Hotkeys".
-std::vector<HotkeyRow> makeHotkeyRows(const GrabKeyboard& grab);
+std::vector<HotkeyRow> makeHotkeyRows(const Recording& recording);
 
 }  // namespace tarnwick

@@ -18,6 +18,10 @@ namespace {
 // Releases get lost when the grab is broken, the keyboard is unplugged or the server was stopped.
 constexpr std::chrono::milliseconds heldCheckInterval{100};
 
+// Programs that follow the same change of the map let go of what they had in a moment.
+constexpr std::chrono::milliseconds firstRetry{250};
+constexpr std::chrono::seconds lastRetry{8};  // each takes twice as long as the one before
+
 std::vector<xcb_window_t> roots(xcb_connection_t* connection) {
   std::vector<xcb_window_t> windows;
   for (auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection)); screen.rem > 0;
@@ -73,7 +77,7 @@ class ForeignGrabProbe {
 }  // namespace
 
 KeyGrabs::KeyGrabs(KeyboardChanges& changes)
-    : masks_(ModifierMasks::present()), mapChanges_(changes.onMapChanged([this] { regrab(); })) {
+    : masks_(ModifierMasks::present()), mapChanges_(changes.onMapChanged([this] { followMap(); })) {
   if (xcb_connection_t* const connection = server()) {
     // Repetitions of a held key come as presses without releases in between.
     const auto* const extension = xcb_get_extension_data(connection, &xcb_xkb_id);
@@ -86,6 +90,11 @@ KeyGrabs::KeyGrabs(KeyboardChanges& changes)
   }
   heldCheck_.setInterval(heldCheckInterval);
   heldCheck_.callOnTimeout([this] { checkHeldKeys(); });
+  retry_.setSingleShot(true);
+  retry_.callOnTimeout([this] {
+    retry_.setInterval(2 * retry_.intervalAsDuration());
+    grabMissing();
+  });
   qApp->installNativeEventFilter(this);
 }
 
@@ -96,15 +105,15 @@ KeyGrabs::~KeyGrabs() {
 Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
                                            HotKeyId id) {
   const auto place = xKeyCode(keyCode);
-  if (!place) return {};
-  HotKey hotKey{id, *place, modifiers, 0, false};
+  if (!place || contains(modifiers, KeyModifiers::function)) return {};
+  HotKey hotKey{id, *place, modifiers, {}, false};
   const bool known = std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& entry) {
     return entry.second.keyCode == hotKey.keyCode && entry.second.modifiers == hotKey.modifiers;
   });
-  if (known || !grab(hotKey)) return {};
+  if (known || (!grab(hotKey) && hotKey.bits)) return {};
   // Repetitions of a key that is down already would come through the grab as presses.
-  if (isDown(hotKey.keyCode)) {
-    held_.try_emplace(hotKey.keyCode, HeldKey{hotKey.bits, false, false, modifiers});
+  if (hotKey.grabbed && isDown(hotKey.keyCode)) {
+    held_.try_emplace(hotKey.keyCode, HeldKey{*hotKey.bits, false, false, modifiers});
     heldCheck_.start();
   }
   const auto number = ++lastHotKey_;
@@ -116,10 +125,16 @@ Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers m
   });
 }
 
+bool KeyGrabs::isInForce(HotKeyId id) const {
+  return std::any_of(hotKeys_.begin(), hotKeys_.end(), [&](const auto& entry) {
+    return entry.second.id == id && entry.second.grabbed;
+  });
+}
+
 bool KeyGrabs::isTakenElsewhere(std::uint32_t keyCode, KeyModifiers modifiers) {
   const auto place = xKeyCode(keyCode);
   if (!place || !server() || !masks_.bits(modifiers)) return false;
-  HotKey trial{{}, *place, modifiers, 0, false};
+  HotKey trial{{}, *place, modifiers, {}, false};
   for (const auto& [number, hotKey] : hotKeys_) {
     const bool same = hotKey.keyCode == *place && hotKey.modifiers == modifiers;
     if (same && hotKey.grabbed) return false;
@@ -132,10 +147,9 @@ bool KeyGrabs::isTakenElsewhere(std::uint32_t keyCode, KeyModifiers modifiers) {
 // All requests go out together: one round trip, however many variants there are.
 bool KeyGrabs::grab(HotKey& hotKey) {
   xcb_connection_t* const connection = server();
-  const auto bits = masks_.bits(hotKey.modifiers);
-  if (!connection || !bits) return false;
-  hotKey.bits = *bits;
-  const auto variants = masks_.withLocks(*bits);
+  hotKey.bits = masks_.bits(hotKey.modifiers);
+  if (!connection || !hotKey.bits) return false;
+  const auto variants = masks_.withLocks(*hotKey.bits);
   ForeignGrabProbe probe(connection, hotKey.keyCode, variants);
   std::vector<xcb_void_cookie_t> cookies;
   for (const auto root : roots(connection)) {
@@ -156,21 +170,34 @@ bool KeyGrabs::grab(HotKey& hotKey) {
 
 void KeyGrabs::release(const HotKey& hotKey) {
   xcb_connection_t* const connection = server();
-  if (!connection) return;
-  ungrab(connection, hotKey.keyCode, masks_.withLocks(hotKey.bits));
+  if (!connection || !hotKey.bits) return;
+  ungrab(connection, hotKey.keyCode, masks_.withLocks(*hotKey.bits));
   xcb_flush(connection);
 }
 
 // Passive grabs outlive keyboards and layouts. They have to be made anew when a modifier has moved
-// to another bit; what cannot be had now may be had at the next change.
-void KeyGrabs::regrab() {
+// to another bit.
+void KeyGrabs::followMap() {
   const auto present = ModifierMasks::present();
-  if (present == masks_) return;
-  for (auto& [number, hotKey] : hotKeys_) {
-    if (std::exchange(hotKey.grabbed, false)) release(hotKey);
+  if (present != masks_) {
+    for (auto& [number, hotKey] : hotKeys_) {
+      if (std::exchange(hotKey.grabbed, false)) release(hotKey);
+    }
+    masks_ = present;
+    // The release of a key that is down comes to the same hot key.
+    for (auto& [keyCode, held] : held_) held.bits = masks_.bits(held.modifiers).value_or(0);
   }
-  masks_ = present;
-  for (auto& [number, hotKey] : hotKeys_) grab(hotKey);
+  retry_.setInterval(firstRetry);
+  grabMissing();
+}
+
+void KeyGrabs::grabMissing() {
+  bool missing = false;
+  for (auto& [number, hotKey] : hotKeys_) {
+    if (hotKey.grabbed || grab(hotKey)) continue;
+    missing = missing || hotKey.bits;
+  }
+  if (missing && retry_.intervalAsDuration() <= lastRetry) retry_.start();
 }
 
 Registration KeyGrabs::watchHotKeys(std::function<void(const HotKeyEvent&)> callback) {

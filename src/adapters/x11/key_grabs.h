@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "adapters/x11/keyboard_changes.h"
@@ -16,7 +17,8 @@ namespace tarnwick::x11 {
 
 // Hot keys as passive grabs on the root windows, on Qt's connection, so that a menu of ours can
 // take the keyboard over while one is held. Keys on their way to a menu are those that reach any
-// window of ours. When modifiers move to other keys, the grabs follow.
+// window of ours. When modifiers come, go or move to other keys, the grabs follow; one that another
+// program has by then is tried again a few times, and at the next change.
 class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
  public:
   explicit KeyGrabs(KeyboardChanges& changes);
@@ -24,6 +26,7 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
 
   Registration registerEventHotKey(std::uint32_t keyCode, KeyModifiers modifiers,
                                    HotKeyId id) override;
+  bool isInForce(HotKeyId id) const override;
   // Tries to take the combination, and gives it back: whether another program has it. What is
   // registered here is ours. Asks the X server and waits for its answer.
   bool isTakenElsewhere(std::uint32_t keyCode, KeyModifiers modifiers);
@@ -37,7 +40,7 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
     HotKeyId id;
     std::uint8_t keyCode = 0;  // the X server's
     KeyModifiers modifiers = KeyModifiers::none;
-    std::uint16_t bits = 0;
+    std::optional<std::uint16_t> bits;  // absent while the keyboard lacks one of the modifiers
     bool grabbed = false;
   };
   // A key that is down and what its press has been.
@@ -50,7 +53,8 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
 
   bool grab(HotKey& hotKey);
   void release(const HotKey& hotKey);
-  void regrab();
+  void followMap();
+  void grabMissing();
   bool hotKeyPressed(std::uint8_t keyCode, std::uint16_t state);
   bool menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed);
   void keyReleased(std::uint8_t keyCode);
@@ -64,6 +68,7 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
   std::uint64_t lastHotKey_ = 0;
   std::map<std::uint8_t, HeldKey> held_;
   QTimer heldCheck_;
+  QTimer retry_;
   std::shared_ptr<std::function<void(const HotKeyEvent&)>> watcher_;
   std::shared_ptr<std::function<bool(const InputEvent&)>> menuWatcher_;
   Registration mapChanges_;

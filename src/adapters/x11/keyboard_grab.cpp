@@ -1,7 +1,6 @@
 #include "adapters/x11/keyboard_grab.h"
 
 #include <QCoreApplication>
-#include <algorithm>
 #include <chrono>
 #include <iterator>
 #include <utility>
@@ -13,8 +12,8 @@ namespace tarnwick::x11 {
 
 namespace {
 
-constexpr std::chrono::milliseconds checkInterval{50};
-constexpr std::chrono::seconds longestAfterwards{2};
+constexpr std::chrono::milliseconds retryInterval{50};
+constexpr std::chrono::seconds longestWithoutKeys{10};
 
 std::set<std::uint8_t> keysDown() {
   std::set<std::uint8_t> keys;
@@ -31,8 +30,11 @@ std::set<std::uint8_t> keysDown() {
 
 }  // namespace
 
-KeyboardGrab::KeyboardGrab(WId window, Handler handler)
-    : window_(window), handler_(std::move(handler)), masks_(ModifierMasks::present()) {
+KeyboardGrab::KeyboardGrab(WId window, Handler handler, std::function<void()> idle)
+    : window_(window),
+      handler_(std::move(handler)),
+      idle_(std::move(idle)),
+      masks_(ModifierMasks::present()) {
   if (xcb_connection_t* const connection = server()) {
     const Reply<xcb_get_modifier_mapping_reply_t> mapping(
         xcb_get_modifier_mapping_reply(connection, xcb_get_modifier_mapping(connection), nullptr));
@@ -41,87 +43,116 @@ KeyboardGrab::KeyboardGrab(WId window, Handler handler)
       modifierKeys_.insert(keys, keys + xcb_get_modifier_mapping_keycodes_length(mapping.get()));
     }
   }
-  timer_.setInterval(checkInterval);
-  timer_.callOnTimeout([this] { check(); });
-  held_ = keysDown();
+  retry_.setInterval(retryInterval);
+  retry_.callOnTimeout([this] { grab(); });
+  bound_.setSingleShot(true);
+  bound_.setInterval(longestWithoutKeys);
+  bound_.callOnTimeout([this] { expire(); });
   qApp->installNativeEventFilter(this);
   grab();
-  timer_.start();
+  bound_.start();
 }
 
 KeyboardGrab::~KeyboardGrab() {
   if (qApp) qApp->removeNativeEventFilter(this);
-  xcb_connection_t* const connection = server();
-  if (holder_ != this) return;
-  holder_ = nullptr;
-  if (!connection) return;
-  xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
-  xcb_flush(connection);
+  ungrab();
 }
 
 void KeyboardGrab::grab() {
   xcb_connection_t* const connection = server();
-  if (!connection || !handler_) return;
+  if (!connection) return;
   const auto cookie = xcb_grab_keyboard(connection, 0, static_cast<xcb_window_t>(window_),
                                         XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
   const Reply<xcb_grab_keyboard_reply_t> reply(
       xcb_grab_keyboard_reply(connection, cookie, nullptr));
   grabbed_ = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-  if (grabbed_) holder_ = this;
+  held_ = keysDown();
+  if (grabbed_) {
+    holder_ = this;
+    retry_.stop();
+  } else if (!retry_.isActive()) {
+    retry_.start();
+  }
+}
+
+void KeyboardGrab::ungrab() {
+  retry_.stop();
+  grabbed_ = false;
+  if (holder_ != this) return;
+  holder_ = nullptr;
+  if (xcb_connection_t* const connection = server()) {
+    xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_flush(connection);
+  }
 }
 
 void KeyboardGrab::end() {
   handler_ = nullptr;
   held_ = keysDown();
-  deadline_.setRemainingTime(longestAfterwards);
-  check();
+  retry_.stop();
+  finishIfIdle();
 }
 
-void KeyboardGrab::check() {
-  if (!held_.empty()) {
-    const auto down = keysDown();
-    std::erase_if(held_, [&](std::uint8_t key) { return !down.contains(key); });
-  }
-  if (!handler_ && (held_.empty() || deadline_.hasExpired())) {
-    delete this;
-  } else if (!grabbed_) {
-    grab();
-  }
+void KeyboardGrab::expire() {
+  ungrab();
+  if (handler_) return idle_();  // which drops the registration
+  const auto down = keysDown();
+  std::erase_if(held_, [&](std::uint8_t key) { return !down.contains(key); });
+  finishIfIdle();
+}
+
+// Without the grab, repetitions come here as long as the window has the focus.
+void KeyboardGrab::finishIfIdle() {
+  if (!handler_ && (held_.empty() || (!grabbed_ && !focused_))) delete this;
 }
 
 bool KeyboardGrab::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
   if (type != "xcb_generic_event_t") return false;
+  const auto kind = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f;
+  if (kind == XCB_FOCUS_IN || kind == XCB_FOCUS_OUT) {
+    const auto* const event = static_cast<const xcb_focus_in_event_t*>(message);
+    const bool byGrab =
+        event->mode == XCB_NOTIFY_MODE_GRAB || event->mode == XCB_NOTIFY_MODE_UNGRAB;
+    if (event->event != window_ || byGrab) return false;
+    focused_ = kind == XCB_FOCUS_IN;
+    finishIfIdle();
+    return false;
+  }
   const auto* const event = static_cast<const xcb_key_press_event_t*>(message);
-  const std::uint8_t keyCode = event->detail;
-  const auto kind = event->response_type & 0x7f;
-  if (kind == XCB_KEY_RELEASE && held_.contains(keyCode)) check();
-  if (kind != XCB_KEY_PRESS) return false;
+  if (kind == XCB_KEY_PRESS) return pressed(event->detail, event->state);
+  if (kind == XCB_KEY_RELEASE) released(event->detail);
+  return false;
+}
+
+void KeyboardGrab::released(std::uint8_t keyCode) {
+  if (held_.erase(keyCode) > 0) finishIfIdle();
+}
+
+bool KeyboardGrab::pressed(std::uint8_t keyCode, std::uint16_t state) {
   if (held_.contains(keyCode)) return true;
-  if (!handler_) return false;
-  if (modifierKeys_.contains(keyCode)) return true;
+  const bool isModifier = modifierKeys_.contains(keyCode);
+  if (!handler_) {
+    if (!isModifier) ungrab();  // the server repeats the new key now
+    return false;
+  }
+  bound_.start();
+  if (isModifier) return true;
 
   std::optional<InputEvent> press;
   if (const auto key = virtualKey(keyCode)) {
-    auto modifiers = masks_.modifiers(event->state);
+    auto modifiers = masks_.modifiers(state);
     if (!modifiers) {
-      modifiers = masks_.modifiers(event->state & (masks_.ofShortcuts() | XCB_MOD_MASK_LOCK));
+      modifiers = masks_.modifiers(state & (masks_.ofShortcuts() | XCB_MOD_MASK_LOCK));
       modifiers = *modifiers | KeyModifiers::unnamed;
     }
     press = InputEvent{EventKind::keyDown, *key, *modifiers, false};
   }
   const auto handler = handler_;  // which may end this
-  const std::weak_ptr<int> alive = alive_;
-  const bool swallowed = handler(press);
-  // What the window gets, it gets with its repetitions.
-  if (!swallowed && !alive.expired() && !handler_) {
-    held_.erase(keyCode);
-    check();
-  }
-  return swallowed;
+  return handler(press);
 }
 
-Registration KeyboardGrab::begin(WId window, Handler handler) {
-  auto* const grab = new KeyboardGrab(window, std::move(handler));
+Registration KeyboardGrab::begin(WId window, Handler handler, std::function<void()> idle) {
+  auto* const grab = new KeyboardGrab(window, std::move(handler), std::move(idle));
   return Registration([grab] { grab->end(); });
 }
 

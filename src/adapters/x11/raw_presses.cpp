@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
+constexpr std::uint32_t firstOfWheel = 4, lastOfWheel = 7;
 
 struct Pointer {
   QPoint place;
@@ -52,9 +53,17 @@ RawPresses::~RawPresses() {
 }
 
 Registration RawPresses::addGlobalPressMonitor(std::function<void()> callback) {
+  return listen(global_, std::move(callback));
+}
+
+Registration RawPresses::addPressMonitor(std::function<void()> callback) {
+  return listen(outside_, std::move(callback));
+}
+
+Registration RawPresses::listen(CallbackList& listeners, std::function<void()> callback) {
   if (!server()) return {};
   if (listening_++ == 0) select(true);
-  auto listener = std::make_shared<Registration>(listeners_.add(std::move(callback)));
+  auto listener = std::make_shared<Registration>(listeners.add(std::move(callback)));
   return Registration([this, alive = std::weak_ptr(alive_), listener] {
     listener->reset();
     if (!alive.expired() && --listening_ == 0) select(false);
@@ -83,9 +92,12 @@ bool RawPresses::nativeEventFilter(const QByteArray& type, void* message, qintpt
   const auto* generic = static_cast<const xcb_ge_generic_event_t*>(message);
   if (generic->event_type != XCB_INPUT_RAW_BUTTON_PRESS) return false;
   const auto* press = static_cast<const xcb_input_raw_button_press_event_t*>(message);
-  if (press->detail != leftButton && press->detail != rightButton) return false;
+  if (press->detail >= firstOfWheel && press->detail <= lastOfWheel) return false;
   const auto now = pointer();
-  if (now && !now->overOurs && !isOurItem_(now->place)) listeners_.notify();
+  if (!now || now->overOurs) return false;
+  outside_.notify();
+  const bool main = press->detail == leftButton || press->detail == rightButton;
+  if (main && !global_.empty() && !isOurItem_(now->place)) global_.notify();
   return false;
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+
+#include "platform/callback_list.h"
+
+namespace tarnwick {
+
+// Tells when the session is being locked or the computer goes to sleep, as far as the desktop says
+// so on the buses: org.freedesktop.login1 and the screen savers' ActiveChanged. Nobody is asked
+// anything. Listens from the first registration on.
+class SessionLocks : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit SessionLocks(const QDBusConnection& sessionBus) : sessionBus_(sessionBus) {}
+
+  Registration onLocking(std::function<void()> callback);
+
+ private slots:
+  void locking() { locking_.notify(); }
+  void changed(bool active);
+
+ private:
+  void listen();
+
+  QDBusConnection sessionBus_;
+  bool listens_ = false;
+  CallbackList locking_;
+};
+
+}  // namespace tarnwick
