@@ -1,6 +1,8 @@
 // Holds a key combination against everybody else until its standard input ends:
 //   fake_key_holder core|xi2|xi2-keyboard KEYCODE MODIFIERS
-// "core" is a grab of the core protocol, the others of XInput 2: for all keyboards or for one.
+// "core" is a grab of the core protocol, the others of XInput 2: for all keyboards or for one. Or
+// the whole keyboard, tried for until it can be had, as screen lockers do:
+//   fake_key_holder lock
 
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -43,15 +45,31 @@ bool grabXi2(xcb_connection_t* connection, xcb_window_t root, int keyCode, int m
   return held;
 }
 
+bool lock(xcb_connection_t* connection, xcb_window_t root) {
+  for (;;) {
+    auto* const reply =
+        xcb_grab_keyboard_reply(connection,
+                                xcb_grab_keyboard(connection, 0, root, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr);
+    const bool held = reply != nullptr && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    std::free(reply);
+    if (held) return true;
+    usleep(20'000);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-  if (argc != 4 || xcb_connection_has_error(connection) != 0) return 2;
+  const bool locks = argc == 2 && std::strcmp(argv[1], "lock") == 0;
+  if ((argc != 4 && !locks) || xcb_connection_has_error(connection) != 0) return 2;
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-  const int keyCode = std::atoi(argv[2]);
-  const int modifiers = std::atoi(argv[3]);
-  const bool held = std::strcmp(argv[1], "core") == 0
+  const int keyCode = locks ? 0 : std::atoi(argv[2]);
+  const int modifiers = locks ? 0 : std::atoi(argv[3]);
+  const bool held = locks ? lock(connection, root)
+                    : std::strcmp(argv[1], "core") == 0
                         ? grabCore(connection, root, keyCode, modifiers)
                         : grabXi2(connection, root, keyCode, modifiers,
                                   std::strcmp(argv[1], "xi2") == 0 ? allMasters : masterKeyboard);

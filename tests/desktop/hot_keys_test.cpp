@@ -134,12 +134,45 @@ TEST_F(HotKeysTest, OpenMenuOfOursLosesTheShortcutOnlyAndKeepsTheOrder) {
   EXPECT_EQ(heard(), once) << "grabbed again";
 }
 
-TEST_F(HotKeysTest, GrabsFollowModifiersThatMove) {
-  ASSERT_EQ(answer(QByteArray("set a") + k), "a taken");
+TEST_F(HotKeysTest, GrabsFollowModifiersThatComeGoAndMove) {
+  const auto isTaken = [&](bool taken) {
+    return waitFor([&] { return answer("enable a") == (taken ? "a taken" : "a not taken"); });
+  };
+  ASSERT_EQ(answer(QByteArray("set b 38 4352")), "b taken");
+  run("xmodmap", {"-e", "clear mod4"});
+  ASSERT_TRUE(waitFor([&] { return answer("enable b") == "b not taken"; }));
+  EXPECT_EQ(answer(QByteArray("set a") + k), "a not taken");
+  run("xmodmap", {"-e", "add mod4 = Super_L"});
+  EXPECT_TRUE(isTaken(true));
+  EXPECT_EQ(strike(), once);
+
+  // Another program has had there for long what moves to it.
+  Program& holder = desktop.start("fake_key_holder", {"core", QString::number(kKeyCode), "36"});
+  ASSERT_TRUE(waitFor([&] { return holder.output() == "held\n"; }));
   run("xmodmap", {"-e", "clear mod4", "-e", "clear mod3", "-e", "add mod3 = Super_L"});
-  EXPECT_TRUE(waitFor([&] { return strike() == once; }));
+  EXPECT_TRUE(isTaken(false));
+  EXPECT_EQ(strike(), QByteArrayList());
+  holder.kill();
+  EXPECT_TRUE(isTaken(true));
+  EXPECT_EQ(strike(), once);
   run("setxkbmap", {"us"});
   EXPECT_TRUE(waitFor([&] { return strike() == once; }));
+}
+
+TEST_F(HotKeysTest, WorkInEveryLayoutAndAltGrIsAModifier) {
+  ASSERT_EQ(answer(QByteArray("set a") + k), "a taken");
+  ASSERT_EQ(answer(QByteArray("set b 363 4096")), "b taken");  // control + Print
+  run("setxkbmap", {"-layout", "us,de,ru"});
+  for (int layout = 0; layout < 3; ++layout) {
+    SCOPED_TRACE(layout);
+    EXPECT_EQ(answer("layout " + QByteArray::number(layout)), "layout");
+    EXPECT_TRUE(waitFor([&] { return strike() == once; }));
+    keys({"key", "ctrl+Print"});
+    EXPECT_EQ(heard(), (QByteArrayList{"down b", "up b"}));
+    if (layout != 1) continue;
+    keys({"key", "ISO_Level3_Shift+ctrl+super+k"});
+    EXPECT_EQ(heard(), QByteArrayList());
+  }
 }
 
 TEST_F(HotKeysTest, SignsAreThoseOfTheLayout) {
@@ -150,7 +183,7 @@ TEST_F(HotKeysTest, SignsAreThoseOfTheLayout) {
   } cases[] = {
       {"us", "", "prints q y ; [ ` m 1 -"},    {"de", "", "prints q z ö ü ^ m 1 ß"},
       {"fr", "", "prints a y m ^ ² , & )"},    {"gr", "", "prints q y ; [ ` m 1 -"},
-      {"ru", "", "prints q y ; [ ` m 1 -"},    {"jp", "", "prints q y ; @ none m 1 -"},
+      {"ru", "", "prints q y ; [ ` m 1 -"},    {"jp", "", "prints q y ; @ Zenkaku Hankaku m 1 -"},
       {"ru,de", "", "prints q z ö ü ^ m 1 ß"}, {"us", "dvorak", "prints ' f s / ` m 1 ["},
   };
   for (const auto& c : cases) {
@@ -164,6 +197,14 @@ TEST_F(HotKeysTest, SignsAreThoseOfTheLayout) {
         5s))
         << c.layout << ": " << printed.data();
   }
+}
+
+TEST_F(HotKeysTest, EveryKeyHasASign) {
+  run("setxkbmap", {"-layout", "vn", "-variant", "us"});
+  const QByteArray dead = "prints ` \u00B4 \u0323 \u0309";
+  EXPECT_TRUE(waitFor([&] { return answer("prints 50 39 47 44") == dead; }));
+  EXPECT_EQ(answer("prints 363 334 383 391 428 72 73 74 402"),
+            "prints Print Scroll Lock Pause Menu Play Volume Up Volume Down Mute Help");
 }
 
 TEST_F(HotKeysTest, LayoutChosenWhileRunningChangesTheSigns) {

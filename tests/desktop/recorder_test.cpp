@@ -1,3 +1,6 @@
+#include <QDBusMessage>
+#include <algorithm>
+#include <functional>
 #include <memory>
 
 #include "tests/desktop/harness/accessible_tree.h"
@@ -17,6 +20,7 @@ class RecorderTest : public StatusDesktopTest {
  protected:
   void SetUp() override {
     StatusDesktopTest::SetUp();
+    desktop.setVariable("DBUS_SYSTEM_BUS_ADDRESS", desktop.busAddress());
     tree = std::make_unique<AccessibleTree>(desktop);
     grantUtility();
     startBar();
@@ -156,6 +160,104 @@ TEST_F(RecorderTest, AsksAboutWhatIsTaken) {
   desktop.click(tree->frameOf(*button("Use Anyway")).center());
   EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘K" && stored(); }));
   EXPECT_FALSE(isRecording(panelRow));
+  keys("ctrl+super+k");
+  EXPECT_FALSE(panelIsShown()) << "the other program still has it";
+  holder.kill();
+  record(panelRow);
+  keys("ctrl+super+k");
+  ASSERT_TRUE(waitForRecording(panelRow, false));
+  keys("ctrl+super+k");
+  EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+
+  record(revealRow);
+  keys("alt+F4");
+  ASSERT_TRUE(waitForAlert(taken));
+  desktop.click(tree->frameOf(*button("Use Anyway")).center());
+  EXPECT_TRUE(waitFor([&] { return shownIn(revealRow) == "⌥F4"; }));
+  keys("alt+F4");
+  EXPECT_TRUE(waitFor([&] { return !isOpen(); })) << "the window manager still has it";
+}
+
+TEST_F(RecorderTest, EndsByWhatHappensElsewhere) {
+  const auto signal = [this](const QString& interface, const QString& name,
+                             const QVariantList& arguments) {
+    auto message = QDBusMessage::createSignal("/any", interface, name);
+    message.setArguments(arguments);
+    desktop.bus().send(message);
+  };
+  const struct {
+    const char* label;
+    std::function<void()> act;
+  } cases[] = {
+      {"desktop",
+       [&] {
+         desktop.click({20, 700});
+       }},
+      {"dock",
+       [&] {
+         desktop.click({300, 10}, 2);
+       }},
+      {"handle", [&] { desktop.click(native("tarnwick.handle")->frame.center()); }},
+      {"panel", [&] { desktop.click(desktop.windowFrame("Hidden apps").center()); }},
+      {"lock", [&] { signal("org.freedesktop.login1.Session", "Lock", {}); }},
+      {"sleep", [&] { signal("org.freedesktop.login1.Manager", "PrepareForSleep", {true}); }},
+      {"idle", [&] { signal("org.freedesktop.ScreenSaver", "ActiveChanged", {true}); }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    record(panelRow);
+    signal("org.freedesktop.ScreenSaver", "ActiveChanged", {false});
+    c.act();
+    EXPECT_TRUE(waitForRecording(panelRow, false));
+    if (std::string_view(c.label) == "handle") {
+      EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+    }
+  }
+  EXPECT_FALSE(stored());
+}
+
+// A key lies under a book, and the screen is to be locked.
+TEST_F(RecorderTest, ALockerGetsTheKeyboardAndHeldKeysStayNobodys) {
+  record(panelRow);
+  xdotool({"keydown", "Tab"});
+  ASSERT_TRUE(waitForRecording(revealRow));
+  Program& locker = desktop.start("fake_key_holder", {"lock"});
+  EXPECT_TRUE(waitFor([&] { return locker.output() == "held\n"; }));
+  EXPECT_TRUE(waitForRecording(revealRow, false));
+  locker.kill();
+  letPass(std::chrono::seconds(1));  // the key repeats
+  for (const Accessible& object : tree->objectsOf("tarnwick")) {
+    const bool control = object.role != "frame" && object.role != "filler";
+    EXPECT_FALSE(control && tree->has(object, State::focused)) << qPrintable(object.name);
+  }
+  xdotool({"keyup", "Tab", "key", "Tab"});
+  EXPECT_TRUE(waitFor([&] {
+    const auto objects = tree->objectsOf("tarnwick");
+    return std::any_of(objects.begin(), objects.end(), [&](const Accessible& object) {
+      return object.role == "push button" && tree->has(object, State::focused);
+    });
+  })) << "a new press of it is heard";
+}
+
+TEST_F(RecorderTest, ShowsTheStoreTheLayoutAndEveryKey) {
+  const auto edit = [this](const char* text) { desktop.writeDefaults({{panelKey, text}}); };
+  edit(R"({"carbonKeyCode":16,"carbonModifiers":4352})");
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘Y"; }));
+  edit(R"({"carbonKeyCode":6,"carbonModifiers":4352})");
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘Z"; }));
+  keys("ctrl+super+y");
+  EXPECT_FALSE(panelIsShown());
+  keys("ctrl+super+z");
+  EXPECT_TRUE(waitFor([&] { return panelIsShown(); }));
+  ASSERT_TRUE(desktop.start("setxkbmap", {"de"}).waitForEnd());
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘Y"; }));
+  record(panelRow);
+  keys("ISO_Level3_Shift+ctrl+q");
+  EXPECT_TRUE(isRecording(panelRow));
+  keys("ctrl+Print");
+  EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃Print"; }));
+  keys("ctrl+Print");
+  EXPECT_TRUE(waitFor([&] { return !panelIsShown(); }));
 }
 
 TEST_F(RecorderTest, EndsWhenTheFocusGoesAndWithItsWindow) {

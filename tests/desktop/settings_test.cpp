@@ -256,6 +256,44 @@ TEST_F(SettingsTest, WindowAnswersToKeysAndComesBackWhereItWas) {
   EXPECT_EQ(utility.exitCode(), 0);
 }
 
+TEST_F(SettingsTest, TheFocusIsSeenWhereverItIs) {
+  grantUtility();
+  startClients({parcellite});
+  startUtility();
+  open();
+  ASSERT_TRUE(waitFor([&] { return shownControl("Parcellite", checkBox).has_value(); }));
+  const QRect row = tree->frameOf(*shownControl("Parcellite", checkBox));
+  const QImage before = desktop.screenshot().copy(row);
+  keys({"space"});
+  keys({"Tab"});
+  EXPECT_TRUE(waitFor([&] {
+    return tree->has(*shownControl("Parcellite", checkBox), State::focused) &&
+           desktop.screenshot().copy(row) != before;  // its ring
+  }));
+  EXPECT_FALSE(isChecked("Parcellite")) << "nothing had the focus";
+  keys({"space"});
+  EXPECT_TRUE(waitFor([&] { return isChecked("Parcellite"); }));
+
+  const auto focused = [&]() -> std::optional<Accessible> {
+    for (const Accessible& object : tree->objectsOf("tarnwick")) {
+      const bool control = object.role != "frame" && object.role != "filler";
+      if (control && tree->has(object, State::focused)) return object;
+    }
+    return std::nullopt;
+  };
+  const QRect window = tree->frameOf(*tree->find("tarnwick", "Tarnwick", "frame"));
+  QString last = "Parcellite";
+  for (int control = 0; control < 12; ++control) {  // to the end and round
+    keys({"Tab"});
+    EXPECT_TRUE(waitFor([&] {
+      const auto now = focused();
+      if (!now || now->name == last || !window.contains(tree->frameOf(*now))) return false;
+      last = now->name;
+      return true;
+    })) << qPrintable(last);
+  }
+}
+
 TEST_F(SettingsTest, FollowsLightAndDark) {
   Program& portal = desktop.start("fake_portal", {"1"});
   ASSERT_TRUE(waitFor([&] { return desktop.ownerOf("org.freedesktop.portal.Desktop") != 0; }));

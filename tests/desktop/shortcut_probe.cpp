@@ -90,7 +90,8 @@ class Probe : public QAbstractNativeEventFilter {
       std::string text = "prints";
       for (std::uint16_t code = 0; words >> code;) {
         const auto character = layout_.character(code);
-        text += ' ' + (character ? KeyboardShortcuts::character(*character).value_or("?") : "none");
+        text += ' ' + (character ? KeyboardShortcuts::character(*character).value_or("?")
+                                 : layout_.name(code).value_or("none"));
       }
       say(text);
     } else if (verb == "desktop") {

@@ -197,10 +197,13 @@ void PrivateDesktop::unsetVariable(const QString& name) {
   environment_.remove(name);
 }
 
+QString PrivateDesktop::busAddress() const {
+  return environment_.value("DBUS_SESSION_BUS_ADDRESS");
+}
+
 std::unique_ptr<QDBusConnection> PrivateDesktop::connect() const {
-  return std::make_unique<QDBusConnection>(
-      QDBusConnection::connectToBus(environment_.value("DBUS_SESSION_BUS_ADDRESS"),
-                                    QStringLiteral("%1-%2").arg(marker_).arg(connections_++)));
+  return std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(
+      busAddress(), QStringLiteral("%1-%2").arg(marker_).arg(connections_++)));
 }
 
 qint64 PrivateDesktop::ownerOf(const QString& name) const {

@@ -37,6 +37,7 @@ class PrivateDesktop {
 
   // This process's own connection to the desktop's bus.
   const QDBusConnection& bus() const { return *bus_; }
+  QString busAddress() const;
   // A further connection, for a test that plays several programs.
   std::unique_ptr<QDBusConnection> connect() const;
   // Process that owns a name; 0 when nobody does.
