@@ -41,7 +41,9 @@ Registration use(const Services& services);
 // Posted with {"name": Name} after a slot was written or removed, by whatever hand.
 inline constexpr const char* shortcutByNameDidChange = "KeyboardShortcuts_shortcutByNameDidChange";
 
-// Slots. Each change takes effect on the hot keys at once.
+// Slots. Each change takes effect on the hot keys at once, also one that the user has written into
+// the store by hand. That may be any combination: a bare letter, which no recorder takes, is stored
+// and taken as it stands.
 
 // Absent when none is stored, what is stored cannot be read, or the user wants none.
 std::optional<Shortcut> getShortcut(const Name& name);

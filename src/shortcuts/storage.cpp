@@ -127,6 +127,7 @@ void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& raw
   const Name name = Name::fromRawValue(rawValue);
   if (holdsAnything(name)) return;
   Module::shared().services->defaults.set(keyOf(name), shortcut.toJson());
+  Module::shared().slots[name] = storedShortcut(name);  // no change that anybody is told of
 }
 
 StoredShortcut storedShortcut(const Name& name) {

@@ -201,12 +201,44 @@ TEST_F(RecorderTest, AClickWellOutsideEndsIt) {
   const Registration observer = notifications.observe(
       recorderActiveStatusDidChange,
       [&](const Notification& change) { told.push_back(recorderIsActive(change)); });
-  recorder.becomeFirstResponder();
-  recorder.mouseUp({-3, 27}, {130, 24});
-  EXPECT_TRUE(recorder.isRecording());
-  recorder.mouseUp({133.5, 10}, {130, 24});
-  EXPECT_FALSE(recorder.isRecording());
+  for (const Point inside : {Point{-3, -3}, Point{133, 27}}) {
+    recorder.becomeFirstResponder();
+    recorder.mouseUp(inside, {130, 24});
+    EXPECT_TRUE(recorder.isRecording());
+  }
+  for (const Point outside : {Point{133.5, 10}, {-3.5, 10}, {10, -3.5}, {10, 27.5}}) {
+    told.clear();
+    recorder.endRecording();
+    recorder.becomeFirstResponder();
+    recorder.mouseUp(outside, {130, 24});
+    EXPECT_FALSE(recorder.isRecording());
+    EXPECT_FALSE(told.back());
+  }
   EXPECT_EQ(told, (std::vector<bool>{true, false}));
+  EXPECT_FALSE(press(40, M::command)) << "what is typed then is not its business";
+  EXPECT_FALSE(name.shortcut());
+}
+
+TEST_F(RecorderTest, KeepsAShortcutThatNoNameHas) {
+  std::optional<Shortcut> kept;
+  std::vector<std::optional<Shortcut>> told;
+  RecorderField& field = *this;
+  RecorderCocoa bound(
+      field,
+      KeyboardShortcuts::Binding{[&] { return kept; }, [&](const auto& value) { kept = value; }},
+      [&](const auto& value) { told.push_back(value); });
+  bound.setShortcut(j);
+  EXPECT_EQ(appearance.text, "⌘\uFFFD");
+  EXPECT_FALSE(bound.shortcutName());
+  bound.becomeFirstResponder();
+  EXPECT_TRUE(bound.keyDown(std::nullopt));
+  EXPECT_EQ(noted(), std::vector<std::string>{"beep"});
+  bound.keyDown(InputEvent{EventKind::keyDown, 40, M::command, false});
+  EXPECT_EQ(kept, k);
+  bound.clear();
+  bound.clear();
+  EXPECT_FALSE(kept);
+  EXPECT_EQ(told, (std::vector<std::optional<Shortcut>>{k, std::nullopt}));
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ QString words(QString symbol) {
 }  // namespace
 
 std::optional<std::string> keyName(std::uint32_t keySymbol) {
-  if (keySymbol == XKB_KEY_NoSymbol) return std::nullopt;
+  if (keySymbol == XKB_KEY_NoSymbol || keySymbol == XKB_KEY_VoidSymbol) return std::nullopt;
   for (const Name& name : names) {
     if (name.symbol == keySymbol) {
       return QCoreApplication::translate("KeyNames", name.text).toStdString();
