@@ -59,10 +59,8 @@ class SettingsWidget : public QMainWindow {
   }
 
   void present() {
-    if (!isVisible()) {
+    if (!isVisible())
       move(QGuiApplication::screenAt(place_ + rect().center()) ? place_ : centred());
-      form_->setFocus();  // no control has it until the user gives it to one
-    }
     show();
     raise();
     activateWindow();
@@ -90,6 +88,7 @@ class SettingsWidget : public QMainWindow {
 
   bool event(QEvent* event) override {
     if (event->type() == QEvent::ApplicationPaletteChange) takePalette();
+    // No control has the focus until the user gives it to one.
     if (event->type() == QEvent::WindowActivate && !focusWidget()) form_->setFocus();
     return QMainWindow::event(event);
   }
