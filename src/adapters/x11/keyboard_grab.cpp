@@ -95,7 +95,10 @@ void KeyboardGrab::end() {
 
 void KeyboardGrab::expire() {
   ungrab();
-  if (handler_) return idle_();  // which drops the registration
+  if (handler_) {
+    const auto idle = idle_;  // drops the registration, which may end this
+    return idle();
+  }
   const auto down = keysDown();
   std::erase_if(held_, [&](std::uint8_t key) { return !down.contains(key); });
   finishIfIdle();
