@@ -56,8 +56,12 @@ TEST(SystemShortcuts, ReadWhatEachConfigurationBinds) {
       {"xfce, damaged", xfce("<oops", f3), {}},
       {"kde",
        kdeCombinations("[kwin]\n_k_friendly_name=KWin\nKill=Meta+Ctrl+Esc,none,Kill\n"
-                       "Close=Alt+F4\\tMeta+\\,,Alt+F4,Close\nOff=none,Meta+K,Off\nNo=,,\n"),
-       {{C::super | C::control, "Escape", 0}, {C::alt, "F4", 0}, {C::super, ",", 0}}},
+                       "Close=Alt+F4\\tMeta+\\,,Alt+F4,Close\nOff=none,Meta+K,Off\nNo=,,\n"
+                       "Play=Media Play,,Play\n"),
+       {{C::super | C::control, "Escape", 0},
+        {C::alt, "F4", 0},
+        {C::super, ",", 0},
+        {0, "XF86AudioPlay", 0}}},
       {"kde, no configuration", kdeCombinations(QByteArray("\0\xff=\xff\\", 5)), {}},
       {"i3",
        i3Combinations("set $mod Mod4\nbindsym --release $mod+Shift+q kill\n"
