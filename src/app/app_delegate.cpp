@@ -17,6 +17,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   desktop_.application.setActivationPolicy(ActivationPolicy::accessory);
   menuBarController()->start();
   AppState::controller = menuBarController();
+  storeFollower_ = std::make_unique<StoreFollower>(desktop_.defaults, menuBarController());
   bindShortcuts();
 }
 

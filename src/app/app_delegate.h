@@ -5,6 +5,7 @@
 #include "hiding/menu_bar_controller.h"
 #include "platform/desktop.h"
 #include "settings/settings_view.h"
+#include "settings/store_follower.h"
 
 namespace tarnwick {
 
@@ -30,6 +31,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
 
   Desktop& desktop_;
   std::shared_ptr<MenuBarController> menuBarController_;
+  std::unique_ptr<StoreFollower> storeFollower_;    // made at launch
   std::unique_ptr<SettingsWindow> settingsWindow_;  // absent until first opened
 };
 

@@ -111,7 +111,10 @@ void ApplicationService::ActivateAction(const QString& action, const QVariantLis
   } else if (identifier &&
              (action == QLatin1String("hide") || action == QLatin1String("release"))) {
     const bool hide = action == QLatin1String("hide");
-    if (controller) chooseHidden(Preferences(desktop_->defaults), *controller, *identifier, hide);
+    if (controller &&
+        !chooseHidden(Preferences(desktop_->defaults), *controller, *identifier, hide)) {
+      sendErrorReply(QDBusError::Failed, QStringLiteral("The settings cannot be written"));
+    }
   } else {
     sendErrorReply(QDBusError::InvalidArgs,
                    QStringLiteral("The actions are toggle-panel and reveal, and hide and release, "

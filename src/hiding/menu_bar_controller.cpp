@@ -27,7 +27,8 @@ MenuBarController::MenuBarController(Desktop& desktop, Preferences preferences,
       capturer_(std::move(capturer)),
       onOpenSettings_(std::move(onOpenSettings)),
       scanner_(desktop.accessibility, desktop.workspace, desktop.application),
-      mover_(desktop.loop, desktop.pointer, scanner_) {}
+      mover_(desktop.loop, desktop.pointer, scanner_),
+      record_(preferences) {}
 
 void MenuBarController::start() {
   // The bar places a new item left of those there: the boundary after the handle comes to lie
@@ -37,6 +38,9 @@ void MenuBarController::start() {
   setCollapsed(!preferences_.hiddenBundleIds().empty());
   panel_ = std::make_shared<PanelController>(desktop_, weak_from_this(), preferences_, capturer_);
 
+  itemsObserver_ = desktop_.statusBar.onItemsPlaced([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->restoreBoundary();
+  });
   launchObserver_ = desktop_.workspace.onApplicationLaunched(
       [&loop = desktop_.loop, weak = weak_from_this()] { passAfterLaunch(loop, weak); });
   enforcementTimer_ =
@@ -46,7 +50,7 @@ void MenuBarController::start() {
 
 Task MenuBarController::passAfterLaunch(MainLoop&, std::weak_ptr<MenuBarController> controller) {
   co_await sleepFor(passAfterLaunchDelay);
-  if (const auto self = controller.lock()) self->enforceStow();
+  if (const auto self = controller.lock()) self->putInOrder();
 }
 
 Task MenuBarController::passOfTimer(MainLoop&) {
@@ -55,13 +59,18 @@ Task MenuBarController::passOfTimer(MainLoop&) {
   if (self->openMenus_ > 0) {
     self->passWaits_ = true;  // it would move items while the user is choosing
   } else {
-    self->enforceStow();
+    self->putInOrder();
   }
 }
 
 Task MenuBarController::firstPass(MainLoop&, Self self) {
   co_await sleepFor(firstPassDelay);
-  self->enforceStow();
+  self->putInOrder();
+}
+
+// A release ends in a stow pass of its own. What the user has just asked for is not ended for one.
+void MenuBarController::putInOrder() {
+  if (!mayRelease() || !releaseOwed()) enforceStow();
 }
 
 void MenuBarController::refreshPanel() {
@@ -101,6 +110,15 @@ MenuBarController::BundleIds MenuBarController::hiddenSet() const {
 
 void MenuBarController::setCollapsed(bool collapsed) {
   if (boundary_) boundary_->setCollapsed(collapsed);
+}
+
+// A handle left of the boundary would go out of sight with what is hidden. The boundary is moved,
+// and what stood between the two comes into view. On the boundary's right the handle may stand
+// where the user likes.
+void MenuBarController::restoreBoundary() {
+  const auto handle = handleFrame();
+  const auto boundary = boundaryFrame();
+  if (handle && boundary && handle->minX() < boundary->minX()) boundary_->placeLeftOf(*handle_);
 }
 
 std::optional<Rect> MenuBarController::boundaryFrame() const {

@@ -9,6 +9,7 @@
 
 #include "capture/status_icon_capturer.h"
 #include "hiding/separator_item.h"
+#include "hiding/stow_record.h"
 #include "menubar/item_mover.h"
 #include "menubar/menu_bar_scanner.h"
 #include "menubar/proxy_menu.h"
@@ -43,6 +44,11 @@ class MenuBarController : public PanelOwner,
   // boundary, then runs a stow pass. Does nothing without permission.
   void unstow(const std::string& bundleId);
 
+  // Brings items of applications that are no longer in the hidden set, by whatever way they left
+  // it, back to the right of the boundary, then runs a stow pass. False when no release is under
+  // way now: none has an item on the left, a stow pass is running or there is no permission.
+  bool releaseOwed();
+
   // Shows every hidden item for that long, then hides them again by a stow pass. Anything that
   // stows, releases or activates meanwhile ends or extends it.
   void revealTemporarily(Duration length);
@@ -51,7 +57,8 @@ class MenuBarController : public PanelOwner,
   void togglePanel();
 
   // Takes pictures of hidden applications' items that have none, revealing them for about a quarter
-  // of a second when they are out of sight. Does nothing without both permissions.
+  // of a second when they are out of sight; not again for items of which that got no picture. Does
+  // nothing without both permissions.
   void captureHiddenIcons() override;
 
   // Presses the application's first item and shows a copy of the menu that opens, its left edge
@@ -78,7 +85,7 @@ class MenuBarController : public PanelOwner,
   static Task passOfTimer(MainLoop& loop);
   static Task firstPass(MainLoop& loop, Self self);
   static Task movePhase(MainLoop& loop, Self self, BundleIds hidden, int visibleHidden);
-  static Task release(MainLoop& loop, Self self, std::string bundleId);
+  static Task release(MainLoop& loop, Self self, BundleIds bundleIds);
   static Task endOfReveal(MainLoop& loop, Self self, Duration length);
   static Task revealCapture(MainLoop& loop, Self self, BundleIds hidden);
   static Task menuWatch(MainLoop& loop, Self self, AXElement item, std::optional<double> anchorX);
@@ -86,8 +93,13 @@ class MenuBarController : public PanelOwner,
   std::unique_ptr<SeparatorItem> makeItem(SeparatorRole role, const std::string& autosaveName);
   void handleClicked(const ClickEvent& event);
   BundleIds hiddenSet() const;
+  void putInOrder();
   void dragHiddenItems(const BundleIds& hidden, int atMost);
+  void startRelease(BundleIds bundleIds);
+  BundleIds strandedApplications();
+  bool mayRelease() const;
   void setCollapsed(bool collapsed);
+  void restoreBoundary();
   std::optional<Rect> boundaryFrame() const;
   std::optional<Rect> handleFrame() const;
   std::vector<MenuBarItemInfo> onScreen(const BundleIds& hidden) const;
@@ -100,6 +112,9 @@ class MenuBarController : public PanelOwner,
   const std::function<void()> onOpenSettings_;
   const MenuBarScanner scanner_;
   const ItemMover mover_;
+  StowRecord record_;
+  std::vector<AXElement> unpictured_;  // items of which the last reveal capture got no picture
+  BundleIds releasing_;                // those whose release waits for its pause
 
   bool isEnforcing_ = false;
   int openMenus_ = 0;       // copies of other applications' menus on the screen
@@ -108,6 +123,7 @@ class MenuBarController : public PanelOwner,
   std::unique_ptr<SeparatorItem> handle_;
   std::unique_ptr<SeparatorItem> boundary_;
   std::shared_ptr<PanelController> panel_;
+  Registration itemsObserver_;
   Registration launchObserver_;
   Registration enforcementTimer_;
   Task collapseBackTask_;  // whoever stores one here cancels the one before

@@ -56,6 +56,10 @@ void SeparatorItem::setCollapsed(bool collapsed) {
   statusItem_->setLength(collapsed ? collapsedLength : expandedLength);
 }
 
+void SeparatorItem::placeLeftOf(const SeparatorItem& sibling) {
+  statusItem_->placeLeftOf(*sibling.statusItem_);
+}
+
 void SeparatorItem::applyHandleStyle(HandleIconStyle style) {
   if (role_ == SeparatorRole::handle) statusItem_->setImage(handleImage(style));
 }

@@ -40,6 +40,8 @@ class SeparatorItem {
 
   // Boundary: 16,000 points long when true, 2 when false. Handle: no effect.
   void setCollapsed(bool collapsed);
+  // Moves it immediately left of the other one.
+  void placeLeftOf(const SeparatorItem& sibling);
   // Handle: drawn in that style. Boundary: no effect.
   void applyHandleStyle(HandleIconStyle style);
 

@@ -1,4 +1,4 @@
-// The stow pass and the release of one application.
+// The stow pass and the release of applications.
 
 #include <algorithm>
 #include <chrono>
@@ -26,6 +26,8 @@ void MenuBarController::enforceStow() {
     setCollapsed(false);
     return;
   }
+  record_.add(hidden);
+  restoreBoundary();
   const auto visibleHidden = onScreen(hidden).size();
   if (visibleHidden == 0) {
     setCollapsed(true);
@@ -37,20 +39,28 @@ void MenuBarController::enforceStow() {
 }
 
 Task MenuBarController::movePhase(MainLoop&, Self self, BundleIds hidden, int visibleHidden) {
-  // However the phase ends, the next pass finds the way free.
-  const Registration finish([self] {
-    self->setCollapsed(true);
-    self->setEnforcing(false);
-  });
-  co_await sleepFor(pauseAfterExpanding);
-  // With everything in view, items that were stowed long ago can be pictured too.
-  auto withoutPicture = self->onScreen(hidden);
-  std::erase_if(withoutPicture, [&](const MenuBarItemInfo& item) {
-    return self->capturer_->cachedIcon(item.bundleId).has_value();
-  });
-  const Task capture = self->capturer_->captureAll(std::move(withoutPicture));
-  co_await capture;
-  self->dragHiddenItems(hidden, visibleHidden);
+  {
+    // However the phase ends, the next pass finds the way free.
+    const Registration finish([self] {
+      self->setCollapsed(true);
+      self->setEnforcing(false);
+    });
+    co_await sleepFor(pauseAfterExpanding);
+    // With everything in view, items that were stowed long ago can be pictured too.
+    auto withoutPicture = self->onScreen(hidden);
+    std::erase_if(withoutPicture, [&](const MenuBarItemInfo& item) {
+      return self->capturer_->cachedIcon(item.bundleId).has_value();
+    });
+    const Task capture = self->capturer_->captureAll(std::move(withoutPicture));
+    co_await capture;
+    self->dragHiddenItems(hidden, visibleHidden);
+    self->restoreBoundary();
+  }
+  // What left the hidden set meanwhile may have been dragged to the left all the same, also after
+  // its release.
+  auto stranded = self->strandedApplications();
+  std::erase_if(stranded, [&](const std::string& bundleId) { return !hidden.contains(bundleId); });
+  if (!stranded.empty() && self->mayRelease()) self->startRelease(std::move(stranded));
 }
 
 // Every drag changes the layout, so each is aimed afresh.
@@ -70,19 +80,58 @@ void MenuBarController::dragHiddenItems(const BundleIds& hidden, int atMost) {
 }
 
 void MenuBarController::unstow(const std::string& bundleId) {
-  if (!desktop_.accessibility.isProcessTrusted()) return;
-  setCollapsed(false);
-  collapseBackTask_.cancel();
-  collapseBackTask_ = release(desktop_.loop, shared_from_this(), bundleId);
+  if (desktop_.accessibility.isProcessTrusted()) startRelease({bundleId});
 }
 
-Task MenuBarController::release(MainLoop&, Self self, std::string bundleId) {
+bool MenuBarController::releaseOwed() {
+  if (isEnforcing_ || !desktop_.accessibility.isProcessTrusted()) return false;
+  auto stranded = strandedApplications();
+  if (!stranded.empty()) startRelease(std::move(stranded));
+  return !releasing_.empty();
+}
+
+// Applications that are owed a release, have an item left of the boundary and are not being
+// released. Those whose items stand on the right are owed nothing any more; those without items
+// stay in the record.
+MenuBarController::BundleIds MenuBarController::strandedApplications() {
+  const BundleIds owed = record_.owed(hiddenSet());
+  if (owed.empty()) return {};
+  const auto boundary = boundaryFrame();
+  if (!boundary) return {};
+  BundleIds stranded;
+  BundleIds settled;
+  for (const MenuBarItemInfo& item : scanner_.scan()) {
+    if (!owed.contains(item.bundleId)) continue;
+    (item.frame.midX() < boundary->maxX() ? stranded : settled).insert(item.bundleId);
+  }
+  for (const std::string& bundleId : settled) {
+    if (!stranded.contains(bundleId)) record_.settle(bundleId);
+  }
+  std::erase_if(stranded,
+                [&](const std::string& bundleId) { return releasing_.contains(bundleId); });
+  return stranded;
+}
+
+// Whether the one pending task may give way to a release that nobody asks for just now.
+bool MenuBarController::mayRelease() const {
+  return collapseBackTask_.isDone() || !releasing_.empty();
+}
+
+void MenuBarController::startRelease(BundleIds bundleIds) {
+  setCollapsed(false);
+  collapseBackTask_.cancel();
+  releasing_.insert(bundleIds.begin(), bundleIds.end());
+  collapseBackTask_ = release(desktop_.loop, shared_from_this(), std::move(bundleIds));
+}
+
+Task MenuBarController::release(MainLoop&, Self self, BundleIds bundleIds) {
   // A release that was cancelled is still performed, only without the whole pause.
   co_await sleepFor(pauseAfterExpanding);
+  self->setCollapsed(false);  // a pass may have ended meanwhile
   if (const auto boundary = self->boundaryFrame()) {
     const double rightEdge = boundary->maxX();
     for (MenuBarItemInfo& item : self->scanner_.scan()) {
-      if (item.bundleId != bundleId || item.frame.midX() >= rightEdge) continue;
+      if (!bundleIds.contains(item.bundleId) || item.frame.midX() >= rightEdge) continue;
       // The drag of the application's item before this one has shifted it.
       const auto frame = self->scanner_.frame(item.element);
       if (!frame) continue;
@@ -90,7 +139,10 @@ Task MenuBarController::release(MainLoop&, Self self, std::string bundleId) {
       self->mover_.move(item, rightEdge + releaseDropDistance);
     }
   }
+  for (const std::string& bundleId : bundleIds) self->releasing_.erase(bundleId);
   self->enforceStow();
+  // A pass looks at what has come back when it ends.
+  if (!self->isEnforcing_) self->strandedApplications();
 }
 
 }  // namespace tarnwick

@@ -30,6 +30,9 @@ class StatusItem {
   // Takes effect at once; the bar lays out all items again.
   virtual void setLength(double points) = 0;
   virtual void setImage(const Drawing& image) = 0;
+  // Moves this item immediately left of another one of ours. Carried out before any later
+  // setLength() of this item; no effect while one of them is not in the bar.
+  virtual void placeLeftOf(const StatusItem& sibling) = 0;
   // Left and right clicks, each once, on release.
   virtual void setOnClick(std::function<void(const ClickEvent&)> callback) = 0;
   // Asked afresh, or from the Accessibility::Snapshot that lives. Absent when there is no bar or it
@@ -48,6 +51,9 @@ class StatusBar {
 
   // Called whenever the bar has gone.
   virtual Registration onVanished(std::function<void()> callback) = 0;
+  // Called whenever all our items have come into the bar, in whatever order: some time after they
+  // were added, and again when a bar has come back.
+  virtual Registration onItemsPlaced(std::function<void()> callback) = 0;
 };
 
 }  // namespace tarnwick

@@ -9,6 +9,7 @@ namespace tarnwick {
 namespace {
 
 constexpr const char* hiddenBundleIdsKey = "hiddenBundleIds";
+constexpr const char* stowedBundleIdsKey = "stowedBundleIds";
 constexpr const char* appGroupsKey = "appGroups";
 constexpr const char* panelColumnsKey = "panelColumns";
 constexpr const char* panelIconStyleKey = "panelIconStyle";
@@ -19,6 +20,10 @@ std::optional<T> read(const DefaultsStore& defaults, const char* key) {
   auto value = defaults.value(key);
   if (!value || !std::holds_alternative<T>(*value)) return std::nullopt;
   return std::get<T>(std::move(*value));
+}
+
+std::vector<std::string> readStrings(const DefaultsStore& defaults, const char* key) {
+  return read<std::vector<std::string>>(defaults, key).value_or(std::vector<std::string>{});
 }
 
 // The first style is the default.
@@ -66,12 +71,19 @@ std::string trimmed(std::string_view text) {
 }  // namespace
 
 std::vector<std::string> Preferences::hiddenBundleIds() const {
-  return read<std::vector<std::string>>(*defaults_, hiddenBundleIdsKey)
-      .value_or(std::vector<std::string>{});
+  return readStrings(*defaults_, hiddenBundleIdsKey);
 }
 
-void Preferences::setHiddenBundleIds(std::vector<std::string> bundleIds) const {
-  defaults_->set(hiddenBundleIdsKey, std::move(bundleIds));
+bool Preferences::setHiddenBundleIds(std::vector<std::string> bundleIds) const {
+  return defaults_->set(hiddenBundleIdsKey, std::move(bundleIds));
+}
+
+std::vector<std::string> Preferences::stowedBundleIds() const {
+  return readStrings(*defaults_, stowedBundleIdsKey);
+}
+
+bool Preferences::setStowedBundleIds(std::vector<std::string> bundleIds) const {
+  return defaults_->set(stowedBundleIdsKey, std::move(bundleIds));
 }
 
 int Preferences::panelColumns() const {
@@ -107,12 +119,10 @@ std::vector<AppGroup> Preferences::groups() const {
   return decodeGroups(data->bytes).value_or(std::vector<AppGroup>{});
 }
 
-void Preferences::setGroups(const std::vector<AppGroup>& groups) const {
-  if (auto json = encodeGroups(groups)) {
-    defaults_->set(appGroupsKey, DefaultsData{std::move(*json)});
-  } else {
-    defaults_->remove(appGroupsKey);
-  }
+bool Preferences::setGroups(const std::vector<AppGroup>& groups) const {
+  auto json = encodeGroups(groups);
+  if (!json) return defaults_->remove(appGroupsKey);
+  return defaults_->set(appGroupsKey, DefaultsData{std::move(*json)});
 }
 
 std::optional<std::string> Preferences::groupName(const std::string& bundleId) const {
@@ -125,7 +135,7 @@ std::optional<std::string> Preferences::groupName(const std::string& bundleId) c
   return std::nullopt;
 }
 
-void Preferences::assign(const std::string& bundleId, const std::string& toGroup) const {
+bool Preferences::assign(const std::string& bundleId, const std::string& toGroup) const {
   auto all = groups();
   for (AppGroup& group : all) std::erase(group.bundleIds, bundleId);
   const std::string name = trimmed(toGroup);
@@ -136,7 +146,7 @@ void Preferences::assign(const std::string& bundleId, const std::string& toGroup
     group->bundleIds.push_back(bundleId);
   }
   std::erase_if(all, [](const AppGroup& group) { return group.bundleIds.empty(); });
-  setGroups(all);
+  return setGroups(all);
 }
 
 }  // namespace tarnwick

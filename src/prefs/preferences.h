@@ -52,7 +52,12 @@ class Preferences {
 
   // Bundle identifiers of the applications whose status items are hidden, as stored.
   std::vector<std::string> hiddenBundleIds() const;
-  void setHiddenBundleIds(std::vector<std::string> bundleIds) const;
+  // False when it could not be written; so of the other setters that tell.
+  bool setHiddenBundleIds(std::vector<std::string> bundleIds) const;
+
+  // Of the applications whose items may stand left of the boundary because of us, see StowRecord.
+  std::vector<std::string> stowedBundleIds() const;
+  bool setStowedBundleIds(std::vector<std::string> bundleIds) const;
 
   // Entries per row of the panel, 1 to 20.
   int panelColumns() const;
@@ -66,12 +71,12 @@ class Preferences {
 
   // In order of creation. Names are unique and no group is empty.
   std::vector<AppGroup> groups() const;
-  void setGroups(const std::vector<AppGroup>& groups) const;
+  bool setGroups(const std::vector<AppGroup>& groups) const;
   // Name of the group that holds the application; absent when none does.
   std::optional<std::string> groupName(const std::string& bundleId) const;
   // Moves the application to the end of the group of that name, trimmed of blanks, making the group
   // when there is none; a blank name takes it out of every group. Groups left empty dissolve.
-  void assign(const std::string& bundleId, const std::string& toGroup) const;
+  bool assign(const std::string& bundleId, const std::string& toGroup) const;
 
  private:
   DefaultsStore* defaults_;

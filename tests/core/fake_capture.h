@@ -21,8 +21,8 @@ inline Bitmap bitmapOf(int width, const std::vector<std::array<std::uint8_t, 4>>
   return bitmap;
 }
 
-// Windows to picture, with pictures given by the test, and files kept in memory. Answers 10 ms
-// after the question.
+// Windows to picture, with pictures given by the test, and files kept in memory. Answers after
+// `delay`.
 class FakeCapture : public WindowCapture, public PictureFiles {
  public:
   explicit FakeCapture(MainLoop& loop) : loop_(loop) {}
@@ -33,6 +33,7 @@ class FakeCapture : public WindowCapture, public PictureFiles {
     int height;
   };
 
+  Duration delay = std::chrono::milliseconds(10);
   bool allowed = true;
   int requests = 0;
   CallbackList accessChanged;
@@ -70,7 +71,7 @@ class FakeCapture : public WindowCapture, public PictureFiles {
  private:
   void answer(std::function<void()> callback) {
     const auto timer = std::make_shared<Registration>();
-    *timer = loop_.callAfter(std::chrono::milliseconds(10), [timer, callback] { callback(); });
+    *timer = loop_.callAfter(delay, [timer, callback] { callback(); });
   }
 
   MainLoop& loop_;

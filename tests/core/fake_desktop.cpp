@@ -21,6 +21,9 @@ class FakeDesktop::OwnItem : public StatusItem {
   void setLength(double points) override {
     desktop_.row.setLength(desktop_.ownItem(name_), points);
   }
+  void placeLeftOf(const StatusItem& sibling) override {
+    desktop_.placeLeftOf(name_, static_cast<const OwnItem&>(sibling).name_);
+  }
   void setImage(const Drawing& image) override { desktop_.images[name_] = image; }
   void setOnClick(std::function<void(const ClickEvent&)> callback) override {
     desktop_.own_[name_].onClick = std::move(callback);
@@ -74,6 +77,15 @@ std::vector<bar::ItemId> FakeDesktop::itemsOf(std::int32_t pid) const {
 bar::ItemId FakeDesktop::ownItem(const std::string& autosaveName) const {
   const auto found = own_.find(autosaveName);
   return found == own_.end() ? 0 : found->second.id;
+}
+
+void FakeDesktop::placeLeftOf(const std::string& autosaveName, const std::string& sibling) {
+  const auto order = row.order();
+  const auto place = [&](const std::string& name) {
+    return static_cast<std::size_t>(std::ranges::find(order, ownItem(name)) - order.begin());
+  };
+  const bool isLeft = place(autosaveName) < place(sibling);
+  row.moveTo(ownItem(autosaveName), place(sibling) - (isLeft ? 1 : 0));
 }
 
 void FakeDesktop::click(const std::string& autosaveName, const ClickEvent& event) {
@@ -212,16 +224,17 @@ std::optional<DefaultsValue> FakeDesktop::value(const std::string& key) const {
 }
 
 bool FakeDesktop::set(const std::string& key, DefaultsValue value) {
+  if (this->value(key) == value) return true;
   if (defaultsAreReadOnly) return false;
   defaults[key] = std::move(value);
-  tellOfDefaults();
+  if (tellsOfWrites) tellOfDefaults();
   return true;
 }
 
 bool FakeDesktop::remove(const std::string& key) {
   if (defaultsAreReadOnly) return false;
   defaults.erase(key);
-  tellOfDefaults();
+  if (tellsOfWrites) tellOfDefaults();
   return true;
 }
 

@@ -54,6 +54,7 @@ class FakeDesktop : public Accessibility,
   double ownLength(const std::string& autosaveName) const {
     return row.length(ownItem(autosaveName));
   }
+  void placeLeftOf(const std::string& autosaveName, const std::string& sibling);
   void click(const std::string& autosaveName, const ClickEvent& event);
 
   struct PostedEvent {
@@ -79,6 +80,7 @@ class FakeDesktop : public Accessibility,
   // What a test writes here by itself is announced by tellOfDefaults() only.
   std::map<std::string, DefaultsValue> defaults;
   bool defaultsAreReadOnly = false;  // writes fail
+  bool tellsOfWrites = true;
   void tellOfDefaults();
   std::map<std::string, Drawing> images;  // autosave name to the last image set
   std::vector<ActivationPolicy> policies;
@@ -121,6 +123,7 @@ class FakeDesktop : public Accessibility,
   PanelWindowState* panelWindow = nullptr;  // the last one made
   CallbackList outsidePresses;
   CallbackList barVanished;
+  CallbackList itemsPlaced;
   int pressMonitors = 0;  // installed now
 
   struct ShownMenu {
@@ -164,6 +167,9 @@ class FakeDesktop : public Accessibility,
   std::unique_ptr<StatusItem> addItem(double length, const std::string& autosaveName) override;
   Registration onVanished(std::function<void()> callback) override {
     return barVanished.add(std::move(callback));
+  }
+  Registration onItemsPlaced(std::function<void()> callback) override {
+    return itemsPlaced.add(std::move(callback));
   }
 
   // Screens

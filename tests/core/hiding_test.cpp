@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <sstream>
 
 #include "story_test.h"
 
@@ -12,7 +13,11 @@ using test::boundary;
 using test::capturerOf;
 using test::handle;
 
-class HidingTest : public test::StoryTest {};
+// The controller by itself: nobody sees what a test writes into the store.
+class HidingTest : public test::StoryTest {
+ protected:
+  HidingTest() { desktop.tellsOfWrites = false; }
+};
 
 TEST_F(HidingTest, StartsAsAnAccessoryWithHandleAndBoundary) {
   start();
@@ -22,6 +27,38 @@ TEST_F(HidingTest, StartsAsAnAccessoryWithHandleAndBoundary) {
   EXPECT_EQ(desktop.images.at(handle), SeparatorItem::handleImage(HandleIconStyle::mono));
   EXPECT_FALSE(desktop.images.contains(boundary));
   EXPECT_EQ(AppState::controller.lock(), delegate->menuBarController());
+}
+
+// Chevrons as their three points, line width, red and alpha; the ground as its rectangle, radius
+// and the colours of its ends.
+std::string described(const Drawing& drawing) {
+  std::ostringstream text;
+  text << drawing.size.width << "x" << drawing.size.height
+       << (drawing.isTemplate ? " template" : "");
+  for (const auto& shape : drawing.shapes) {
+    if (const auto* path = std::get_if<StrokedPath>(&shape)) {
+      for (const Point& point : path->points) text << " " << point.x << "," << point.y;
+      text << " " << path->lineWidth << " " << path->color.red << " " << path->color.alpha << ";";
+    } else {
+      const auto& ground = std::get<GradientRoundedRect>(shape);
+      text << " " << ground.rect.x << "," << ground.rect.y << " " << ground.rect.width << "x"
+           << ground.rect.height << " " << ground.cornerRadius;
+      for (const Color& color : {ground.top, ground.bottom}) {
+        text << " " << color.red << "," << color.green << "," << color.blue << "," << color.alpha;
+      }
+      text << ";";
+    }
+  }
+  return text.str();
+}
+
+TEST_F(HidingTest, DrawsTheHandleAsTwoChevrons) {
+  EXPECT_EQ(described(SeparatorItem::handleImage(HandleIconStyle::mono)),
+            "18x18 template 3.42,10.8 9,15.12 14.58,10.8 2.34 0 0.45;"
+            " 3.42,5.4 9,9.72 14.58,5.4 2.34 0 1;");
+  EXPECT_EQ(described(SeparatorItem::handleImage(HandleIconStyle::color)),
+            "18x18 0.5,0.5 17x17 4.32 0.3,0.55,0.98,1 0.13,0.32,0.85,1;"
+            " 4.32,9.72 9,14.04 13.68,9.72 2.34 1 0.5; 4.32,5.04 9,9.36 13.68,5.04 2.34 1 1;");
 }
 
 TEST_F(HidingTest, DrawsTheHandleInTheStoredStyle) {
@@ -191,14 +228,30 @@ TEST_F(HidingTest, NothingMovesWithoutPermission) {
   EXPECT_EQ(desktop.accessPrompts, 0);
 }
 
-TEST_F(HidingTest, EmptySetExpandsTheBoundary) {
+TEST_F(HidingTest, EmptySetExpandsTheBoundaryOnceARunningPassHasCollapsedIt) {
   desktop.launch("org.a", {30});
   hide({"org.a"});
   start();
+  desktop.loop.advance(1100ms);
   hide({});
-  desktop.loop.advance(1s);
+  double length = 0;
+  const auto observer = controller().onEnforcingChanged([&] { length = boundaryLength(); });
+  desktop.loop.advance(400ms);
+  EXPECT_EQ(length, 16000);
+  controller().enforceStow();
   EXPECT_EQ(boundaryLength(), 2);
   EXPECT_FALSE(controller().isEnforcing());
+}
+
+TEST_F(HidingTest, WhatALongRowLeavesOutOfSightIsNotDragged) {
+  desktop.launch("org.a", {30});
+  desktop.launch("org.wide", {1000});
+  desktop.launch("org.b", {30});
+  hide({"org.a", "org.b"});
+  start();
+  desktop.loop.advance(2s);
+  EXPECT_EQ(drags(), 1) << "of the one in sight, though both stand right of the boundary";
+  EXPECT_EQ(desktop.posted[0].event.location.x, 985);
 }
 
 TEST_F(HidingTest, MissingFramesOrItemsEndAPassCollapsed) {
@@ -241,13 +294,20 @@ TEST_F(HidingTest, ReleaseBringsOneApplicationBackAndStowsTheRest) {
   EXPECT_TRUE(isHidden(b));
   EXPECT_FALSE(isHidden(c));
   EXPECT_EQ(drags(), 5) << "each of its items once, and none of another's";
-  EXPECT_EQ(desktop.posted[31].event.location.x, 1000 - 30 - 24 + 24) << "the handle's right edge";
+  for (const std::size_t drop : {31U, 39U}) {
+    EXPECT_EQ(desktop.posted[drop].event.location.x, 1000 - 30 - 24 + 24)
+        << "the handle's right edge as it was before the first";
+  }
   EXPECT_EQ(boundaryLength(), 16000);
 
-  hide({"org.b"});
-  controller().unstow("org.c");  // stands right of the boundary already
-  desktop.loop.advance(1s);
-  EXPECT_EQ(drags(), 5);
+  // One stands on the right when its centre does: at the boundary's right edge or beyond.
+  const auto centre = desktop.frameOf(desktop.itemsOf(c)[0]).midX();
+  for (const double edge : {centre, centre + 0.5}) {
+    desktop.ownFrame = Rect{edge - 2, 0, 2, 24};
+    controller().unstow("org.c");
+    desktop.loop.advance(1s);
+    EXPECT_EQ(drags(), edge == centre ? 5 : 6);
+  }
 }
 
 TEST_F(HidingTest, ASecondReleaseCutsTheFirstOnesPauseShort) {

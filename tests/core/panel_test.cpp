@@ -161,8 +161,8 @@ TEST_F(PanelTest, RefreshesWhatIsOpenAndNothingElse) {
 
 TEST_F(PanelTest, StatusStyleTakesMissingPicturesAndShowsThemTwoSecondsLater) {
   const auto a = desktop.launch("org.a", {30});
-  start();
   hide({"org.a"});
+  start();
   desktop.capture.allowed = false;
   desktop.loop.advance(2s);
   ASSERT_TRUE(isHidden(a));

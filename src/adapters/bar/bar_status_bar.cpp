@@ -50,6 +50,11 @@ class BarStatusBar::Item : public StatusItem {
   void setLength(double points) override {
     if (std::exchange(entry_->length, points) != points && bar_) bar_->sendLength(*entry_);
   }
+  void placeLeftOf(const StatusItem& sibling) override {
+    const Entry& other = *static_cast<const Item&>(sibling).entry_;
+    if (!bar_ || !entry_->id || !other.id) return;
+    bar_->bar_.send(QStringLiteral("PlaceLeftOf"), {*entry_->id, *other.id});
+  }
   void setImage(const Drawing& image) override {
     if (entry_->image == image) return;
     entry_->image = image;
@@ -108,7 +113,13 @@ void BarStatusBar::put(const EntryPtr& entry) {
         entry->id = id;
         if (entry->length != sent) sendLength(*entry);
         sendImage(*entry);
+        if (arePlaced()) placed_.notify();
       });
+}
+
+bool BarStatusBar::arePlaced() const {
+  return std::all_of(entries_.begin(), entries_.end(),
+                     [](const EntryPtr& entry) { return entry->id.has_value(); });
 }
 
 void BarStatusBar::remove(const EntryPtr& entry) {

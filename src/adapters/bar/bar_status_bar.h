@@ -29,6 +29,9 @@ class BarStatusBar : public QObject, public StatusBar {
   Registration onVanished(std::function<void()> callback) override {
     return vanished_.add(std::move(callback));
   }
+  Registration onItemsPlaced(std::function<void()> callback) override {
+    return placed_.add(std::move(callback));
+  }
 
   // Whether one of our items stands there now, as far as the bar tells.
   bool hasItemAt(Point place);
@@ -45,6 +48,7 @@ class BarStatusBar : public QObject, public StatusBar {
   using EntryPtr = std::shared_ptr<Entry>;
 
   void put(const EntryPtr& entry);
+  bool arePlaced() const;
   void remove(const EntryPtr& entry);
   void sendLength(const Entry& entry);
   void sendImage(const Entry& entry);
@@ -58,6 +62,7 @@ class BarStatusBar : public QObject, public StatusBar {
   std::vector<EntryPtr> entries_;
   double pixelsPerPoint_ = 2;
   CallbackList vanished_;
+  CallbackList placed_;
 };
 
 }  // namespace tarnwick
