@@ -1,5 +1,6 @@
 // The part of SettingsView that is about the list of applications.
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "settings/hiding_choice.h"
@@ -9,13 +10,19 @@ namespace tarnwick {
 
 void SettingsView::rescan() {
   hasPermission_ = desktop_.accessibility.isProcessTrusted();
+  listCandidates();
+  groupNames_.clear();
+  storedGroupNames_.clear();
+  readStore();
+  changed_.notify();
+}
 
+void SettingsView::listCandidates() {
   std::map<std::string, CandidateApp> found;
   for (const MenuBarItemInfo& item : scanner_.scan()) {
     found[item.bundleId] = {item.bundleId, item.appName, item.icon};
   }
-  const auto stored = preferences_.hiddenBundleIds();
-  for (const std::string& bundleId : stored) {
+  for (const std::string& bundleId : preferences_.hiddenBundleIds()) {
     found.try_emplace(bundleId, CandidateApp{bundleId, bundleId, std::nullopt});
   }
   candidates_.clear();
@@ -24,16 +31,53 @@ void SettingsView::rescan() {
                    [&](const CandidateApp& first, const CandidateApp& second) {
                      return desktop_.collation.compareIgnoringCase(first.name, second.name) < 0;
                    });
+}
 
+// A form that shows the same already is left alone, and with it what is being typed.
+void SettingsView::followStore() {
+  const auto shown = [this] {
+    return std::tuple(hidden_, groupNames_, panelColumns_, iconStyle_, handleStyle_,
+                      candidates_.size());
+  };
+  const auto before = shown();
+  readStore();
+  const bool listed = std::ranges::all_of(hidden_, [this](const std::string& bundleId) {
+    return std::ranges::count(candidates_, bundleId, &CandidateApp::bundleId) > 0;
+  });
+  if (!listed) listCandidates();
+  if (shown() != before) changed_.notify();
+}
+
+// The text of a group field gives way only to a name that somebody else has stored.
+void SettingsView::readStore() {
+  const auto stored = preferences_.hiddenBundleIds();
   hidden_ = {stored.begin(), stored.end()};
-  groupNames_.clear();
-  for (const AppGroup& group : preferences_.groups()) {
-    for (const std::string& bundleId : group.bundleIds) {
-      if (hidden_.contains(bundleId)) groupNames_.try_emplace(bundleId, group.name);
+  panelColumns_ = preferences_.panelColumns();
+  iconStyle_ = preferences_.panelIconStyle();
+  handleStyle_ = preferences_.handleIconStyle();
+  const auto before = std::exchange(storedGroupNames_, storedGroupNames());
+  for (const auto& [bundleId, name] : storedGroupNames_) {
+    const auto known = before.find(bundleId);
+    const bool same = known == before.end() ? name.empty() : name == known->second;
+    if (same) {
+      groupNames_.try_emplace(bundleId, name);
+    } else {
+      groupNames_[bundleId] = name;
     }
   }
-  for (const std::string& bundleId : hidden_) groupNames_.try_emplace(bundleId);
-  changed_.notify();
+}
+
+// Of every hidden application; empty for those in no group.
+std::map<std::string, std::string> SettingsView::storedGroupNames() const {
+  std::map<std::string, std::string> names;
+  for (const std::string& bundleId : preferences_.hiddenBundleIds()) names[bundleId];
+  for (const AppGroup& group : preferences_.groups()) {
+    for (const std::string& bundleId : group.bundleIds) {
+      const auto name = names.find(bundleId);
+      if (name != names.end() && name->second.empty()) name->second = group.name;
+    }
+  }
+  return names;
 }
 
 Binding<bool> SettingsView::binding(const std::string& bundleId) {
@@ -50,8 +94,7 @@ Binding<bool> SettingsView::binding(const std::string& bundleId) {
 // next rescan.
 void SettingsView::setHidden(const std::string& bundleId, bool hidden) {
   chooseHidden(preferences_, *controller_, bundleId, hidden);
-  const auto stored = preferences_.hiddenBundleIds();
-  hidden_ = {stored.begin(), stored.end()};
+  readStore();
   changed_.notify();
 }
 
@@ -68,8 +111,9 @@ Binding<std::string> SettingsView::groupBinding(const std::string& bundleId) {
 }
 
 void SettingsView::setGroupName(const std::string& bundleId, const std::string& name) {
-  groupNames_[bundleId] = name;
-  preferences_.assign(bundleId, name);
+  const bool written = preferences_.assign(bundleId, name);
+  storedGroupNames_ = storedGroupNames();
+  groupNames_[bundleId] = written ? name : storedGroupNames_[bundleId];
   controller_->refreshPanel();
   changed_.notify();
 }

@@ -30,6 +30,7 @@ SettingsView::SettingsView(Desktop& desktop, std::shared_ptr<MenuBarController> 
       hasPermission_(desktop.accessibility.isProcessTrusted()),
       launchAtLogin_(desktop.loginItem.isEnabled()) {
   captureAccess_ = desktop_.windowCapture.onAccessChanged([this] { changed_.notify(); });
+  storeObserver_ = desktop_.defaults.onChanged([this] { followStore(); });
 }
 
 void SettingsView::appear() {
@@ -47,9 +48,9 @@ void SettingsView::setPanelColumns(int columns) {
 
 void SettingsView::setIconStyle(PanelIconStyle style) {
   if (style == iconStyle_) return;
-  iconStyle_ = style;
   preferences_.setPanelIconStyle(style);
-  const bool pictures = style == PanelIconStyle::statusIcon;
+  iconStyle_ = preferences_.panelIconStyle();
+  const bool pictures = iconStyle_ == PanelIconStyle::statusIcon;
   if (pictures && desktop_.windowCapture.preflight()) {
     controller_->captureHiddenIcons();
   } else if (pictures) {
@@ -71,8 +72,8 @@ bool SettingsView::showsCaptureNote() const {
 
 void SettingsView::setHandleStyle(HandleIconStyle style) {
   if (style == handleStyle_) return;
-  handleStyle_ = style;
   preferences_.setHandleIconStyle(style);
+  handleStyle_ = preferences_.handleIconStyle();
   controller_->refreshHandleIcon();
   changed_.notify();
 }

@@ -19,8 +19,8 @@
 namespace tarnwick {
 
 // What the settings window shows and what its controls do. Every change is stored at once and told
-// to the controller in the same step. Made by the application delegate, drawn by a SettingsWindow,
-// which observes it.
+// to the controller in the same step; what others store is shown as soon as it is told. Made by the
+// application delegate, drawn by a SettingsWindow, which observes it.
 class SettingsView : public std::enable_shared_from_this<SettingsView> {
  public:
   SettingsView(Desktop& desktop, std::shared_ptr<MenuBarController> controller);
@@ -70,6 +70,10 @@ class SettingsView : public std::enable_shared_from_this<SettingsView> {
  private:
   static Task refreshPanelLater(MainLoop& loop, std::shared_ptr<MenuBarController> controller);
 
+  void followStore();
+  void readStore();
+  void listCandidates();
+  std::map<std::string, std::string> storedGroupNames() const;
   void setHidden(const std::string& bundleId, bool hidden);
   void setGroupName(const std::string& bundleId, const std::string& name);
 
@@ -79,10 +83,12 @@ class SettingsView : public std::enable_shared_from_this<SettingsView> {
   const MenuBarScanner scanner_;
   CallbackList changed_;
   Registration captureAccess_;
+  Registration storeObserver_;
 
   std::vector<CandidateApp> candidates_;
   std::set<std::string> hidden_;
   std::map<std::string, std::string> groupNames_;
+  std::map<std::string, std::string> storedGroupNames_;  // as last seen, of hidden applications
   int panelColumns_;
   PanelIconStyle iconStyle_;
   HandleIconStyle handleStyle_;

@@ -216,6 +216,52 @@ TEST_F(SettingsTest, LoginSwitchShowsTheRealState) {
   EXPECT_FALSE(view.launchAtLogin());
 }
 
+TEST_F(SettingsTest, ShowsWhatOthersStoreAndLeavesTypedTextAlone) {
+  hide({"a", "b"});
+  start();
+  openPanel();
+  SettingsView& view = open();
+  view.groupBinding("b").set("Home ");
+  desktop.loop.advance(1s);
+  int drawn = 0;
+  const auto observer = view.onChanged([&] { ++drawn; });
+  const Preferences others(desktop);
+  const Drawing mono = desktop.images[handle];
+  others.setHiddenBundleIds({"b", "c"});
+  others.setPanelColumns(7);
+  others.setPanelIconStyle(PanelIconStyle::statusIcon);
+  others.setHandleIconStyle(HandleIconStyle::color);
+  others.assign("c", "Work");
+  desktop.loop.advance(1s);
+  EXPECT_EQ(view.hidden(), (std::set<std::string>{"b", "c"}));
+  EXPECT_EQ(namesOf(view), (Names{"b", "c"})) << "a row for what has joined";
+  EXPECT_EQ(view.panelColumns(), 7);
+  EXPECT_EQ(view.iconStyle(), PanelIconStyle::statusIcon);
+  EXPECT_EQ(view.handleStyle(), HandleIconStyle::color);
+  EXPECT_NE(desktop.images[handle], mono);
+  EXPECT_EQ(view.groupBinding("b").get(), "Home ");
+  EXPECT_EQ(view.groupBinding("c").get(), "Work");
+  EXPECT_EQ(desktop.panelWindow->root.columns, 7);
+  EXPECT_EQ(desktop.panelWindow->root.sections.size(), 2U);
+  EXPECT_GT(std::exchange(drawn, 0), 0);
+  desktop.set("KeyboardShortcuts_x", "");
+  desktop.loop.advance(1s);
+  EXPECT_EQ(drawn, 0) << "nothing that it shows";
+
+  // A write that fails leaves the controls at what is stored.
+  desktop.defaultsAreReadOnly = true;
+  view.binding("b").set(false);
+  view.groupBinding("c").set("Wor");
+  view.setPanelColumns(3);
+  view.setIconStyle(PanelIconStyle::appIcon);
+  view.setHandleStyle(HandleIconStyle::mono);
+  EXPECT_TRUE(view.binding("b").get());
+  EXPECT_EQ(view.groupBinding("c").get(), "Work");
+  EXPECT_EQ(view.panelColumns(), 7);
+  EXPECT_EQ(view.iconStyle(), PanelIconStyle::statusIcon);
+  EXPECT_EQ(view.handleStyle(), HandleIconStyle::color);
+}
+
 TEST_F(SettingsTest, RestartEndsThisInstanceAfterTheLaunchHasReported) {
   start();
   SettingsView& view = open();
