@@ -28,6 +28,8 @@ class StatusIconCapturer : public std::enable_shared_from_this<StatusIconCapture
   // not allowed, `items` is empty or another run is going on (the request is dropped).
   Task captureAll(std::vector<MenuBarItemInfo> items);
 
+  bool isCapturing() const { return isCapturing_; }
+
   // From memory, else from the file. Absent when there is no usable picture.
   std::optional<Picture> cachedIcon(const std::string& bundleId);
 

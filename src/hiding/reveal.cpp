@@ -45,7 +45,8 @@ void MenuBarController::captureHiddenIcons() {
   if (hidden.empty()) return;
   auto missing = scanner_.scan();
   std::erase_if(missing, [&](const MenuBarItemInfo& item) {
-    return !hidden.contains(item.bundleId) || capturer_->cachedIcon(item.bundleId).has_value();
+    if (!hidden.contains(item.bundleId) || capturer_->cachedIcon(item.bundleId)) return true;
+    return !isOnScreen(item.frame) && std::ranges::count(unpictured_, item.element) != 0;
   });
   if (missing.empty()) return;
   if (std::all_of(missing.begin(), missing.end(),
@@ -61,8 +62,19 @@ void MenuBarController::captureHiddenIcons() {
 // Cancelling cuts the pause short; the pictures are taken and the items hidden again all the same.
 Task MenuBarController::revealCapture(MainLoop&, Self self, BundleIds hidden) {
   co_await sleepFor(pauseAfterExpanding);
-  const Task capture = self->capturer_->captureAll(self->onScreen(hidden));
+  auto items = self->scanner_.scan();
+  std::erase_if(items,
+                [&](const MenuBarItemInfo& item) { return !hidden.contains(item.bundleId); });
+  auto visible = items;
+  std::erase_if(visible, [](const MenuBarItemInfo& item) { return !isOnScreen(item.frame); });
+  const bool refused = self->capturer_->isCapturing();
+  const Task capture = self->capturer_->captureAll(std::move(visible));
   co_await capture;
+  if (!refused) self->unpictured_.clear();
+  for (const MenuBarItemInfo& item : items) {
+    const bool pictured = self->capturer_->cachedIcon(item.bundleId).has_value();
+    if (!refused && !pictured) self->unpictured_.push_back(item.element);
+  }
   self->enforceStow();
 }
 

@@ -87,6 +87,7 @@ TEST_F(CapturerTest, MatchesItemsToWindowsByTheirLeftEdges) {
       {"15.5 away", {{1, {115.5, 0, 20, 24}}}, {}},
       {"nearest", {{1, {90, 0, 20, 24}}, {2, {103, 0, 20, 24}}}, {2}},
       {"as near: the first", {{7, {95, 0, 20, 24}}, {2, {105, 0, 20, 24}}}, {7}},
+      {"above the top", {{1, {100, -0.5, 20, 24}}}, {}},
       {"not at the top", {{1, {100, 0.5, 20, 24}}, {2, {110, 0, 20, 60}}}, {2}},
       {"too high", {{1, {100, 0, 20, 60.5}}}, {}},
       {"none", {}, {}},
@@ -111,6 +112,9 @@ TEST_F(CapturerTest, CapturesWholePointsTwiceAndShowsHalfThePixels) {
   EXPECT_EQ(desktop.captured[0].height, 48);
   EXPECT_EQ(capturer->cachedIcon("org.a")->size, (Size{22, 24}));
   EXPECT_TRUE(capturer->isMonochromeIcon("org.a"));
+  desktop.pictures[1].rgba[0] = 200;
+  capture({item("org.a", 100)});
+  EXPECT_FALSE(capturer->isMonochromeIcon("org.a")) << "replaced with the picture";
 
   // After a restart the file gives the same picture.
   const auto restarted = std::make_shared<StatusIconCapturer>(loop, desktop, desktop);

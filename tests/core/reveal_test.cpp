@@ -79,6 +79,17 @@ TEST(RevealEndTest, ComesAsItsInterruptionsSay) {
   }
 }
 
+TEST_F(RevealTest, AMovePhaseThatRunsAlreadyEndsIt) {
+  desktop.launch("org.b", {30});
+  hide({"org.a", "org.b"});
+  controller().enforceStow();
+  desktop.loop.advance(100ms);
+  controller().revealTemporarily(15s);
+  EXPECT_EQ(boundaryLength(), expanded);
+  desktop.loop.advance(700ms);
+  EXPECT_EQ(boundaryLength(), collapsed);
+}
+
 TEST_F(RevealTest, WithoutPermissionTheItemsStayInView) {
   desktop.trusted = false;
   controller().revealTemporarily(1s);
@@ -118,6 +129,70 @@ TEST_F(RevealTest, CapturePassActsOnlyForMissingPictures) {
   desktop.loop.advance(1s);
   EXPECT_EQ(captures(), 1u);
   EXPECT_FALSE(isHidden(b)) << "a direct capture moves nothing";
+}
+
+TEST(CapturePassTest, IsCutShortByWhatInterruptsItAndEndsCollapsed) {
+  struct Case {
+    const char* name;
+    std::function<void(StowedStory&)> interruption;  // 100 ms into the pass
+    std::size_t soon, later;                         // pictures 40 ms and 300 ms afterwards
+  };
+  const Case cases[] = {
+      {"nothing", [](StowedStory&) {}, 0, 2},
+      {"a reveal", [](StowedStory& t) { t.controller().revealTemporarily(1s); }, 2, 2},
+      {"a release", [](StowedStory& t) { t.controller().unstow("org.other"); }, 2, 2},
+      {"an activation",
+       [](StowedStory& t) { t.controller().activate("org.a", false, std::nullopt); }, 2, 2},
+      {"a second one while all is in view",
+       [](StowedStory& t) { t.controller().captureHiddenIcons(); }, 1, 3},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    StowedStory story;
+    const auto b = story.desktop.launch("org.b", {30});
+    story.desktop.row.moveTo(story.desktop.itemsOf(b)[0], 0);
+    story.hide({"org.a", "org.b"});
+    story.controller().captureHiddenIcons();
+    story.desktop.loop.advance(100ms);
+    EXPECT_EQ(story.captures(), 0U);
+    c.interruption(story);
+    story.desktop.loop.advance(40ms);
+    EXPECT_EQ(story.captures(), c.soon);
+    EXPECT_EQ(story.boundaryLength(), expanded);
+    story.desktop.loop.advance(260ms);
+    EXPECT_EQ(story.captures(), c.later);
+    story.desktop.loop.advance(1s);
+    EXPECT_EQ(story.boundaryLength(), collapsed);
+  }
+}
+
+TEST_F(RevealTest, AFailedCapturePassIsNotRepeated) {
+  desktop.capture.files.clear();
+  desktop.capture.anyPicture.reset();
+  auto b = desktop.launch("org.b", {30});
+  desktop.row.moveTo(desktop.itemsOf(b)[0], 0);
+  hide({"org.a", "org.b"});
+  const auto reveals = [&] {
+    controller().captureHiddenIcons();
+    const bool revealed = boundaryLength() == expanded;
+    desktop.loop.advance(2s);
+    return revealed;
+  };
+  EXPECT_TRUE(reveals());
+  EXPECT_FALSE(reveals()) << "it paints nothing";
+  controller().revealTemporarily(1s);
+  const auto before = captures();
+  controller().captureHiddenIcons();
+  desktop.loop.advance(500ms);
+  EXPECT_EQ(captures(), before + 1) << "in view it is tried again";
+  desktop.loop.advance(2s);
+
+  desktop.quit(b);
+  b = desktop.launch("org.b", {30});
+  desktop.row.moveTo(desktop.itemsOf(b)[0], 0);
+  desktop.row.setLength(desktop.itemsOf(desktop.launch("org.wide", {1000}))[0], 1000);
+  EXPECT_TRUE(reveals()) << "a new item";
+  EXPECT_FALSE(reveals()) << "the row is wider than the bar";
 }
 
 TEST_F(RevealTest, CapturePassRevealsItemsOutOfSightAndHidesThemAgain) {
