@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
@@ -74,21 +73,12 @@ void BarApp::start() {
   }
   appearance_.start();
   watchFiles();
-  bus_.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-               QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-               SLOT(busLost()));
+  connect(qApp, &QCoreApplication::aboutToQuit, this, &BarApp::putAway);
 }
 
-void BarApp::stop(int exitCode) {
+void BarApp::putAway() {
   tray_.shutdown();
   positions_.save();
-  QCoreApplication::exit(exitCode);
-}
-
-// The session has ended, or nobody can reach this bar any more.
-void BarApp::busLost() {
-  std::fprintf(stderr, "tarnwick-bar: the session bus is gone\n");
-  stop(EXIT_FAILURE);
 }
 
 void BarApp::applySettings() {

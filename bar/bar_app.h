@@ -31,14 +31,12 @@ class BarApp : public QObject {
   explicit BarApp(QDBusConnection bus);
   ~BarApp() override;
 
+  // From then on, too, the end of the event loop gives foreign icons back and stores what is to be
+  // remembered.
   void start();
-  // Gives foreign icons back and stores what is to be remembered; the event loop ends then.
-  void stop(int exitCode = 0);
-
- private slots:
-  void busLost();
 
  private:
+  void putAway();
   void applySettings();
   void watchFiles();
   void watchFilesAgain();

@@ -14,6 +14,7 @@
 
 #include "bar/bar_app.h"
 #include "look/icon_theme.h"
+#include "look/session.h"
 #include "look/translations.h"
 
 namespace {
@@ -46,18 +47,10 @@ bool hasXServer() {
   return xcb_connection_has_error(connection.get()) == 0;
 }
 
-// Without an address the bus library would start a bus of its own on this X server, which no other
-// program uses.
-bool hasBusAddress() {
-  if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return true;
-  const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-  return !runtime.isEmpty() && access((runtime + "/bus").constData(), F_OK) == 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (!hasBusAddress()) return fail("no session bus");
+  if (!tarnwick::hasSessionBus()) return fail("no session bus");
   if (!hasXServer()) return fail("no X server");
   stopOnSignals();
   // Under another display server the bar still is an X11 client.
@@ -72,11 +65,14 @@ int main(int argc, char** argv) {
   tarnwick::chooseIconTheme();
   tarnwick::useTranslations();
 
+  // The utility starts the bar, or the bus does.
+  tarnwick::neverRestartWithSession();
+  const tarnwick::SessionBusWatch busWatch(bus, "tarnwick-bar");
   tarnwick::bar::BarApp bar(bus);
   QSocketNotifier stop(stopEvent, QSocketNotifier::Read);
   QObject::connect(&stop, &QSocketNotifier::activated, &bar, [&] {
     stop.setEnabled(false);
-    bar.stop();
+    QCoreApplication::exit();
   });
   bar.start();
   return QApplication::exec();

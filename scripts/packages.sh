@@ -3,7 +3,7 @@
 build_packages="g++ cmake ninja-build pkg-config qt6-base-dev qt6-l10n-tools nlohmann-json3-dev libgtest-dev
   libbenchmark-dev libxcb1-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
   libxcb-randr0-dev libxcb-res0-dev libxcb-shape0-dev libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev
-  libxkbcommon-dev libxkbcommon-x11-dev"
+  libxkbcommon-dev libxkbcommon-x11-dev libsm-dev"
 
 run_packages="libqt6svg6 libqt6gui6 dbus-daemon adwaita-icon-theme fonts-dejavu-core"
 

@@ -17,6 +17,8 @@ namespace {
 const QString name = QStringLiteral("org.tarnwick.Tarnwick");
 const QString path = QStringLiteral("/org/tarnwick/Tarnwick");
 const QString interface = QStringLiteral("org.freedesktop.Application");
+const QString ownInterface = QStringLiteral("org.tarnwick.Tarnwick");
+const QString launchedSignal = QStringLiteral("Launched");
 
 constexpr uint doNotQueue = 4;
 constexpr uint primaryOwner = 1;
@@ -50,6 +52,7 @@ std::optional<std::string> identifierIn(const QVariantList& parameters) {
 
 ApplicationService::ApplicationService(const QDBusConnection& bus) : bus_(bus) {
   bus_.registerObject(path, this, QDBusConnection::ExportAllSlots);
+  bus_.connect(bus_.baseService(), path, ownInterface, launchedSignal, this, SLOT(onLaunched()));
 }
 
 // Waits until it is free: a new instance may ask for it next.
@@ -63,8 +66,14 @@ bool ApplicationService::claim() {
   auto request = daemonCall(QStringLiteral("RequestName"));
   request << name << doNotQueue;
   const QDBusMessage reply = bus_.call(request, QDBus::Block, daemonDeadline);
-  return reply.type() == QDBusMessage::ReplyMessage &&
-         reply.arguments().value(0).toUInt() == primaryOwner;
+  if (reply.type() != QDBusMessage::ReplyMessage ||
+      reply.arguments().value(0).toUInt() != primaryOwner) {
+    return false;
+  }
+  // A message from this process to itself: the bus passes it on behind all that it had kept for
+  // the owner of the name.
+  return bus_.send(
+      QDBusMessage::createTargetedSignal(bus_.baseService(), path, ownInterface, launchedSignal));
 }
 
 bool ApplicationService::activateOther() {
@@ -87,6 +96,7 @@ void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> dele
 }
 
 void ApplicationService::Activate(const QVariantMap&) {
+  if (!launched_) return;  // what the bus has started this process for
   if (const auto delegate = delegate_.lock()) {
     delegate->applicationShouldHandleReopen(false);
   } else if (calledFromDBus()) {

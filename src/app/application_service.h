@@ -16,6 +16,8 @@ namespace tarnwick {
 // The process on the session bus: the name org.tarnwick.Tarnwick, which only one process owns, and
 // the object /org/tarnwick/Tarnwick with org.freedesktop.Application. Actions: "toggle-panel" and
 // "reveal" (for 15 seconds), and with one string each, a bundle identifier, "hide" and "release".
+// Activate is another launch of the running application, except when the bus has started this
+// process to deliver it.
 class ApplicationService : public QObject, protected QDBusContext {
   Q_OBJECT
   Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -40,10 +42,14 @@ class ApplicationService : public QObject, protected QDBusContext {
   void ActivateAction(const QString& action, const QVariantList& parameters,
                       const QVariantMap& platformData);
 
+ private slots:
+  void onLaunched() { launched_ = true; }
+
  private:
   QDBusConnection bus_;
   Desktop* desktop_ = nullptr;
   std::weak_ptr<AppDelegate> delegate_;
+  bool launched_ = false;  // all that was sent before the name was ours has been delivered
 };
 
 }  // namespace tarnwick

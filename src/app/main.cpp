@@ -15,6 +15,7 @@
 #include "app/services.h"
 #include "look/appearance.h"
 #include "look/icon_theme.h"
+#include "look/session.h"
 #include "look/translations.h"
 
 namespace tarnwick {
@@ -30,6 +31,11 @@ struct End {
 
 // The whole life of one instance.
 End run(char** argv, const std::string& program) {
+  constexpr const char* noBus = "tarnwick: no session bus\n";
+  if (!hasSessionBus()) {
+    std::fputs(noBus, stderr);
+    return {1};
+  }
   auto firstConnection = x11::connectToServer();
   if (!firstConnection) {  // the toolkit would abort
     std::fputs("tarnwick: no X server answers at $DISPLAY\n", stderr);
@@ -44,7 +50,7 @@ End run(char** argv, const std::string& program) {
 
   const auto bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
-    std::fputs("tarnwick: there is no D-Bus session bus\n", stderr);
+    std::fputs(noBus, stderr);
     return {1};
   }
   ApplicationService service(bus);
@@ -59,6 +65,8 @@ End run(char** argv, const std::string& program) {
   }
 
   const QuitSignals quitSignals;
+  neverRestartWithSession();  // the login item starts it
+  const SessionBusWatch busWatch(bus, "tarnwick");
   chooseIconTheme();
   useTranslations();
   Appearance appearance(bus);

@@ -1,3 +1,5 @@
+#include <QFile>
+
 #include "tests/desktop/harness/desktop_test.h"
 
 namespace tarnwick::test {
@@ -7,22 +9,34 @@ TEST(StartFailure, MissingSessionIsOneLineAndExitCodeOne) {
   struct Case {
     const char* program;
     const char* variable;
-    const char* value;
+    const char* value;  // null: not set
   };
   const Case cases[] = {
       {"tarnwick-bar", "DISPLAY", ""},
       {"tarnwick-bar", "DISPLAY", ":9999"},
       {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"},
+      {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", nullptr},
+      {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", ""},
       {"tarnwick", "DISPLAY", ""},
       {"tarnwick", "DISPLAY", ":9999"},
       {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"},
+      {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", nullptr},
+      {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", ""},
   };
   for (const Case& each : cases) {
-    SCOPED_TRACE(testing::Message()
-                 << each.program << " with " << each.variable << "=" << each.value);
+    SCOPED_TRACE(testing::Message() << each.program << " with " << each.variable << "="
+                                    << (each.value ? each.value : "(unset)"));
     PrivateDesktop desktop;
     ASSERT_EQ(desktop.failure(), QString());
-    desktop.setVariable(each.variable, each.value);
+    // What the bus library starts a bus of its own with.
+    QFile launcher(desktop.folder("home") + "/dbus-launch");
+    ASSERT_TRUE(launcher.open(QIODevice::WriteOnly));
+    launcher.write("#!/bin/sh\ntouch ~/launched\n");
+    launcher.close();
+    launcher.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    desktop.setVariable("PATH", desktop.folder("home") + ':' + qEnvironmentVariable("PATH"));
+    desktop.unsetVariable(each.variable);
+    if (each.value) desktop.setVariable(each.variable, each.value);
     Program& program = desktop.start(each.program);
     EXPECT_TRUE(program.waitForEnd());
     EXPECT_EQ(program.exitCode(), 1);
@@ -30,6 +44,7 @@ TEST(StartFailure, MissingSessionIsOneLineAndExitCodeOne) {
     EXPECT_TRUE(program.errors().startsWith(QByteArray(each.program) + ": "))
         << program.errors().constData();
     EXPECT_TRUE(program.output().isEmpty());
+    EXPECT_FALSE(QFile::exists(desktop.folder("home") + "/launched"));
   }
 }
 

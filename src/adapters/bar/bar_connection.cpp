@@ -1,6 +1,5 @@
 #include "adapters/bar/bar_connection.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
@@ -43,9 +42,6 @@ BarConnection::BarConnection(MainLoop& loop, const QDBusConnection& bus)
     bus_.connect({}, service::path, service::interface, QString::fromLatin1(signal), this,
                  SLOT(onBarSignal(QDBusMessage)));
   }
-  bus_.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
-               QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-               SLOT(onBusLost()));
 
   auto* watcher =
       new QDBusServiceWatcher(service::name, bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
@@ -197,10 +193,6 @@ void BarConnection::onBarSignal(const QDBusMessage& message) {
       askAccess(capability);
     }
   }
-}
-
-void BarConnection::onBusLost() {
-  QCoreApplication::quit();  // nothing can be done for the user without the session's bus
 }
 
 }  // namespace tarnwick

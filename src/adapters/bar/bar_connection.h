@@ -60,7 +60,6 @@ class BarConnection : public QObject {
 
  private slots:
   void onBarSignal(const QDBusMessage& message);
-  void onBusLost();
 
  private:
   void setOwner(const QString& owner);

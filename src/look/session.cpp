@@ -1,0 +1,39 @@
+#include "look/session.h"
+
+#include <unistd.h>
+
+#include <QGuiApplication>
+#include <QSessionManager>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tarnwick {
+
+bool hasSessionBus() {
+  if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return true;
+  const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+  return !runtime.isEmpty() && access((runtime + "/bus").constData(), F_OK) == 0;
+}
+
+// The toolkit tells the manager what was set at the end of each saving, of which the first comes as
+// soon as the program has joined the session.
+void neverRestartWithSession() {
+  const auto never = [](QSessionManager& manager) {
+    manager.setRestartHint(QSessionManager::RestartNever);
+  };
+  QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, qGuiApp, never);
+  QObject::connect(qGuiApp, &QGuiApplication::saveStateRequest, qGuiApp, never);
+}
+
+SessionBusWatch::SessionBusWatch(QDBusConnection bus, const char* program) : program_(program) {
+  bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+              QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+              SLOT(lost()));
+}
+
+void SessionBusWatch::lost() {
+  std::fprintf(stderr, "%s: the session bus is gone\n", program_);
+  QCoreApplication::exit(EXIT_FAILURE);
+}
+
+}  // namespace tarnwick

@@ -1,0 +1,98 @@
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QFile>
+
+#include "tests/desktop/harness/status_desktop_test.h"
+
+namespace tarnwick::test {
+namespace {
+
+class SessionTest : public StatusDesktopTest {
+ protected:
+  bool settingsAreShown() { return !desktop.windowFrame("Tarnwick").isEmpty(); }
+
+  // What a menu of applications sends; the bus starts the utility for it.
+  bool activate() {
+    auto message = QDBusMessage::createMethodCall("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick",
+                                                  "org.freedesktop.Application", "Activate");
+    message << QVariantMap();
+    return desktop.bus().call(message, QDBus::Block, 20'000).type() == QDBusMessage::ReplyMessage;
+  }
+};
+
+TEST_F(SessionTest, ManagerIsToldToStartNeitherProgramAndEndsBoth) {
+  Program& manager = desktop.start("fake_session_manager");
+  ASSERT_TRUE(waitFor([&] { return manager.output().endsWith('\n'); }));
+  desktop.setVariable("SESSION_MANAGER", QString::fromUtf8(manager.output().trimmed()));
+  Program& barProgram = startBar();
+  Program& utility = startUtility();
+  const QByteArray never = " 3\n";  // SmRestartNever
+  for (const Program* program : {&barProgram, &utility}) {
+    EXPECT_TRUE(waitFor([&] {
+      return manager.output().contains(PrivateDesktop::pathOf(program->name()).toUtf8() + never);
+    })) << manager.output().constData();
+  }
+  manager.write("end");
+  for (Program* program : {&utility, &barProgram}) {
+    EXPECT_TRUE(program->waitForEnd()) << program->name();
+    EXPECT_EQ(program->exitCode(), 0) << program->name();
+  }
+}
+
+TEST_F(SessionTest, LostBusEndsBothProgramsWithOneLine) {
+  Program& bus = desktop.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
+  ASSERT_TRUE(waitFor([&] { return bus.output().endsWith('\n'); }));
+  desktop.setVariable("DBUS_SESSION_BUS_ADDRESS", QString::fromUtf8(bus.output().trimmed()));
+  Program& barProgram = desktop.start("tarnwick-bar");
+  Program& utility = desktop.start("tarnwick");
+  const auto connection = desktop.connect();
+  for (const auto& name : {"org.tarnwick.MenuBar1", "org.tarnwick.Tarnwick"}) {
+    ASSERT_TRUE(waitFor([&] { return connection->interface()->isServiceRegistered(name); }));
+  }
+  bus.kill();
+  for (Program* program : {&barProgram, &utility}) {
+    EXPECT_TRUE(program->waitForEnd()) << program->name();
+    EXPECT_EQ(program->exitCode(), 1) << program->name();
+    EXPECT_EQ(program->errors(), program->name().toUtf8() + ": the session bus is gone\n");
+  }
+}
+
+TEST_F(SessionTest, LaunchByTheBusOpensNoSettingsAndTheNextOneDoes) {
+  QFile service(desktop.folder("services") + "/org.tarnwick.Tarnwick.service");
+  ASSERT_TRUE(service.open(QIODevice::WriteOnly));
+  service.write("[D-BUS Service]\nName=org.tarnwick.Tarnwick\nExec=" +
+                PrivateDesktop::pathOf("tarnwick").toUtf8() + '\n');
+  service.close();
+  qDBusRegisterMetaType<QMap<QString, QString>>();
+  for (const auto& method : {"ReloadConfig", "UpdateActivationEnvironment"}) {
+    auto message = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                  "org.freedesktop.DBus", method);
+    if (method[0] == 'U') {
+      message << QVariant::fromValue(QMap<QString, QString>{{"DISPLAY", desktop.display()}});
+    }
+    ASSERT_EQ(desktop.bus().call(message).type(), QDBusMessage::ReplyMessage);
+  }
+  grantUtility();
+  startBar();
+  startClients({parcellite});
+  ASSERT_TRUE(activate());
+  EXPECT_TRUE(waitFor([&] { return native("tarnwick.boundary").has_value(); })) << row();
+  EXPECT_FALSE(settingsAreShown());
+  ASSERT_TRUE(activate());
+  EXPECT_TRUE(waitFor([&] { return settingsAreShown(); }));
+  ASSERT_TRUE(desktop.start("xdotool", {"key", "ctrl+q"}).waitForEnd());
+  ASSERT_TRUE(waitFor([&] { return desktop.ownerOf("org.tarnwick.Tarnwick") == 0; }));
+
+  // Anything else that starts it is carried out, and what comes then is another launch.
+  auto hide = QDBusMessage::createMethodCall("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick",
+                                             "org.freedesktop.Application", "ActivateAction");
+  hide << "hide" << QVariantList{parcellite.bundleId} << QVariantMap();
+  ASSERT_EQ(desktop.bus().call(hide).type(), QDBusMessage::ReplyMessage);
+  EXPECT_TRUE(waitFor([&] { return collapsed() && hidden(parcellite); })) << row();
+  ASSERT_TRUE(activate());
+  EXPECT_TRUE(waitFor([&] { return settingsAreShown(); }));
+}
+
+}  // namespace
+}  // namespace tarnwick::test
