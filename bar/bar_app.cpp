@@ -124,8 +124,12 @@ void BarApp::showPane(const QString& pane) {
       window = new MenuBarPane(settings_);
     }
   }
+  // A program that asks for access opens this window together with the question.
+  const bool asks = access_.asks();
+  window->setAttribute(Qt::WA_ShowWithoutActivating, asks);
   window->show();
   window->raise();
+  if (asks) return access_.presentQuestion();
   window->activateWindow();
 }
 

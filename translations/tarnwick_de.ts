@@ -144,6 +144,41 @@ Ein Rechtsklick auf den Winkel fügt welche hinzu.</translation>
     </message>
 </context>
 <context>
+    <name>SettingsView</name>
+    <message>
+        <source>Open Privacy Settings…</source>
+        <translation>Datenschutz-Einstellungen öffnen …</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Capture permission. Grant it in the privacy settings.</source>
+        <translation>Menüleistensymbole brauchen die Erlaubnis zur Bildschirmaufnahme. Erteilen Sie sie in den Datenschutz-Einstellungen.</translation>
+    </message>
+    <message>
+        <source>The bar’s own parts</source>
+        <translation>Eigene Teile der Leiste</translation>
+    </message>
+    <message>
+        <source>The clock and the application’s name belong to the bar and are set up there.</source>
+        <translation>Die Uhr und der Programmname gehören zur Leiste und werden dort eingestellt.</translation>
+    </message>
+    <message>
+        <source>Open System Settings…</source>
+        <translation>Systemeinstellungen öffnen …</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
+        <translation>Menüleistensymbole brauchen die Erlaubnis zur Bildschirmaufnahme. Erteilen Sie sie in den Systemeinstellungen und starten Sie Tarnwick dann neu.</translation>
+    </message>
+    <message>
+        <source>Apple menu bar icons</source>
+        <translation>Menüleistensymbole von Apple</translation>
+    </message>
+    <message>
+        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
+        <translation>WLAN, Bluetooth, Batterie und andere Symbole von Apple verwaltet macOS.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::HiddenAppsSection</name>
     <message>
         <source>Hidden apps</source>
@@ -202,10 +237,6 @@ Ein Rechtsklick auf den Winkel fügt welche hinzu.</translation>
         <translation>Tarnwick braucht Zugriff auf die Bedienungshilfen, um Menüleistensymbole zu finden und zu bewegen.</translation>
     </message>
     <message>
-        <source>Open System Settings…</source>
-        <translation>Systemeinstellungen öffnen …</translation>
-    </message>
-    <message>
         <source>Panel</source>
         <translation>Panel</translation>
     </message>
@@ -220,18 +251,6 @@ Ein Rechtsklick auf den Winkel fügt welche hinzu.</translation>
     <message>
         <source>Menu bar icon</source>
         <translation>Menüleistensymbol</translation>
-    </message>
-    <message>
-        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
-        <translation>Menüleistensymbole brauchen die Erlaubnis zur Bildschirmaufnahme. Erteilen Sie sie in den Systemeinstellungen und starten Sie Tarnwick dann neu.</translation>
-    </message>
-    <message>
-        <source>Apple menu bar icons</source>
-        <translation>Menüleistensymbole von Apple</translation>
-    </message>
-    <message>
-        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
-        <translation>WLAN, Bluetooth, Batterie und andere Symbole von Apple verwaltet macOS.</translation>
     </message>
     <message>
         <source>Open Menu Bar Settings…</source>
@@ -260,6 +279,14 @@ Ein Rechtsklick auf den Winkel fügt welche hinzu.</translation>
     <message>
         <source>Close Window</source>
         <translation>Fenster schließen</translation>
+    </message>
+    <message>
+        <source>What the panel shows of each application</source>
+        <translation>Was das Panel von jedem Programm zeigt</translation>
+    </message>
+    <message>
+        <source>How Tarnwick’s own icon in the bar looks</source>
+        <translation>Wie das eigene Symbol von Tarnwick in der Leiste aussieht</translation>
     </message>
 </context>
 <context>

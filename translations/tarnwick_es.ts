@@ -144,6 +144,41 @@ Haz clic derecho en la flecha para añadirlas.</translation>
     </message>
 </context>
 <context>
+    <name>SettingsView</name>
+    <message>
+        <source>Open Privacy Settings…</source>
+        <translation>Abrir los ajustes de privacidad…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Capture permission. Grant it in the privacy settings.</source>
+        <translation>Los iconos de la barra de menús necesitan permiso de captura de pantalla. Concédelo en los ajustes de privacidad.</translation>
+    </message>
+    <message>
+        <source>The bar’s own parts</source>
+        <translation>Partes propias de la barra</translation>
+    </message>
+    <message>
+        <source>The clock and the application’s name belong to the bar and are set up there.</source>
+        <translation>El reloj y el nombre de la aplicación son de la barra y se configuran en ella.</translation>
+    </message>
+    <message>
+        <source>Open System Settings…</source>
+        <translation>Abrir Ajustes del sistema…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
+        <translation>Los iconos de la barra de menús necesitan permiso para grabar la pantalla. Concédelo en Ajustes del sistema y reinicia Tarnwick.</translation>
+    </message>
+    <message>
+        <source>Apple menu bar icons</source>
+        <translation>Iconos de Apple en la barra de menús</translation>
+    </message>
+    <message>
+        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
+        <translation>macOS gestiona los iconos de Wi-Fi, Bluetooth, batería y otros de Apple.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::HiddenAppsSection</name>
     <message>
         <source>Hidden apps</source>
@@ -202,10 +237,6 @@ Haz clic derecho en la flecha para añadirlas.</translation>
         <translation>Tarnwick necesita acceso a Accesibilidad para encontrar y mover los iconos de la barra de menús.</translation>
     </message>
     <message>
-        <source>Open System Settings…</source>
-        <translation>Abrir Ajustes del sistema…</translation>
-    </message>
-    <message>
         <source>Panel</source>
         <translation>Panel</translation>
     </message>
@@ -220,18 +251,6 @@ Haz clic derecho en la flecha para añadirlas.</translation>
     <message>
         <source>Menu bar icon</source>
         <translation>Icono de la barra de menús</translation>
-    </message>
-    <message>
-        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
-        <translation>Los iconos de la barra de menús necesitan permiso para grabar la pantalla. Concédelo en Ajustes del sistema y reinicia Tarnwick.</translation>
-    </message>
-    <message>
-        <source>Apple menu bar icons</source>
-        <translation>Iconos de Apple en la barra de menús</translation>
-    </message>
-    <message>
-        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
-        <translation>macOS gestiona los iconos de Wi-Fi, Bluetooth, batería y otros de Apple.</translation>
     </message>
     <message>
         <source>Open Menu Bar Settings…</source>
@@ -260,6 +279,14 @@ Haz clic derecho en la flecha para añadirlas.</translation>
     <message>
         <source>Close Window</source>
         <translation>Cerrar ventana</translation>
+    </message>
+    <message>
+        <source>What the panel shows of each application</source>
+        <translation>Qué muestra el panel de cada aplicación</translation>
+    </message>
+    <message>
+        <source>How Tarnwick’s own icon in the bar looks</source>
+        <translation>Qué aspecto tiene el icono de Tarnwick en la barra</translation>
     </message>
 </context>
 <context>

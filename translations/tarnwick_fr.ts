@@ -144,6 +144,41 @@ Un clic droit sur le chevron permet d’en ajouter.</translation>
     </message>
 </context>
 <context>
+    <name>SettingsView</name>
+    <message>
+        <source>Open Privacy Settings…</source>
+        <translation>Ouvrir les réglages de confidentialité…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Capture permission. Grant it in the privacy settings.</source>
+        <translation>Les icônes de la barre des menus nécessitent l’autorisation de capture d’écran. Accordez-la dans les réglages de confidentialité.</translation>
+    </message>
+    <message>
+        <source>The bar’s own parts</source>
+        <translation>Éléments propres à la barre</translation>
+    </message>
+    <message>
+        <source>The clock and the application’s name belong to the bar and are set up there.</source>
+        <translation>L’horloge et le nom de l’application appartiennent à la barre et s’y règlent.</translation>
+    </message>
+    <message>
+        <source>Open System Settings…</source>
+        <translation>Ouvrir les réglages du système…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
+        <translation>Les icônes de la barre des menus nécessitent l’autorisation d’enregistrer l’écran. Accordez-la dans les réglages du système, puis redémarrez Tarnwick.</translation>
+    </message>
+    <message>
+        <source>Apple menu bar icons</source>
+        <translation>Icônes Apple de la barre des menus</translation>
+    </message>
+    <message>
+        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
+        <translation>Les icônes Wi-Fi, Bluetooth, batterie et autres icônes Apple sont gérées par macOS.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::HiddenAppsSection</name>
     <message>
         <source>Hidden apps</source>
@@ -202,10 +237,6 @@ Un clic droit sur le chevron permet d’en ajouter.</translation>
         <translation>Tarnwick a besoin de l’accès à l’accessibilité pour trouver et déplacer les icônes de la barre des menus.</translation>
     </message>
     <message>
-        <source>Open System Settings…</source>
-        <translation>Ouvrir les réglages du système…</translation>
-    </message>
-    <message>
         <source>Panel</source>
         <translation>Panneau</translation>
     </message>
@@ -220,18 +251,6 @@ Un clic droit sur le chevron permet d’en ajouter.</translation>
     <message>
         <source>Menu bar icon</source>
         <translation>Icône de la barre des menus</translation>
-    </message>
-    <message>
-        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
-        <translation>Les icônes de la barre des menus nécessitent l’autorisation d’enregistrer l’écran. Accordez-la dans les réglages du système, puis redémarrez Tarnwick.</translation>
-    </message>
-    <message>
-        <source>Apple menu bar icons</source>
-        <translation>Icônes Apple de la barre des menus</translation>
-    </message>
-    <message>
-        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
-        <translation>Les icônes Wi-Fi, Bluetooth, batterie et autres icônes Apple sont gérées par macOS.</translation>
     </message>
     <message>
         <source>Open Menu Bar Settings…</source>
@@ -260,6 +279,14 @@ Un clic droit sur le chevron permet d’en ajouter.</translation>
     <message>
         <source>Close Window</source>
         <translation>Fermer la fenêtre</translation>
+    </message>
+    <message>
+        <source>What the panel shows of each application</source>
+        <translation>Ce que le panneau montre de chaque application</translation>
+    </message>
+    <message>
+        <source>How Tarnwick’s own icon in the bar looks</source>
+        <translation>Aspect de l’icône de Tarnwick dans la barre</translation>
     </message>
 </context>
 <context>

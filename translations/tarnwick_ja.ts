@@ -144,6 +144,41 @@ Right-click the chevron to add some.</source>
     </message>
 </context>
 <context>
+    <name>SettingsView</name>
+    <message>
+        <source>Open Privacy Settings…</source>
+        <translation>プライバシー設定を開く…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Capture permission. Grant it in the privacy settings.</source>
+        <translation>メニューバーアイコンの表示には画面の取り込みの許可が必要です。プライバシー設定で許可してください。</translation>
+    </message>
+    <message>
+        <source>The bar’s own parts</source>
+        <translation>バー自身の項目</translation>
+    </message>
+    <message>
+        <source>The clock and the application’s name belong to the bar and are set up there.</source>
+        <translation>時計とアプリ名はバーのもので、バーの設定で変更します。</translation>
+    </message>
+    <message>
+        <source>Open System Settings…</source>
+        <translation>システム設定を開く…</translation>
+    </message>
+    <message>
+        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
+        <translation>メニューバーのアイコンを使うには画面収録の許可が必要です。システム設定で許可してから Tarnwick を再起動してください。</translation>
+    </message>
+    <message>
+        <source>Apple menu bar icons</source>
+        <translation>Apple のメニューバーアイコン</translation>
+    </message>
+    <message>
+        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
+        <translation>Wi-Fi、Bluetooth、バッテリーなどの Apple のアイコンは macOS が管理します。</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::HiddenAppsSection</name>
     <message>
         <source>Hidden apps</source>
@@ -202,10 +237,6 @@ Right-click the chevron to add some.</source>
         <translation>メニューバーのアイコンを見つけて動かすには、Tarnwick にアクセシビリティの許可が必要です。</translation>
     </message>
     <message>
-        <source>Open System Settings…</source>
-        <translation>システム設定を開く…</translation>
-    </message>
-    <message>
         <source>Panel</source>
         <translation>パネル</translation>
     </message>
@@ -220,18 +251,6 @@ Right-click the chevron to add some.</source>
     <message>
         <source>Menu bar icon</source>
         <translation>メニューバーのアイコン</translation>
-    </message>
-    <message>
-        <source>Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart Tarnwick.</source>
-        <translation>メニューバーのアイコンを使うには画面収録の許可が必要です。システム設定で許可してから Tarnwick を再起動してください。</translation>
-    </message>
-    <message>
-        <source>Apple menu bar icons</source>
-        <translation>Apple のメニューバーアイコン</translation>
-    </message>
-    <message>
-        <source>Wi-Fi, Bluetooth, battery and other Apple icons are managed by macOS.</source>
-        <translation>Wi-Fi、Bluetooth、バッテリーなどの Apple のアイコンは macOS が管理します。</translation>
     </message>
     <message>
         <source>Open Menu Bar Settings…</source>
@@ -260,6 +279,14 @@ Right-click the chevron to add some.</source>
     <message>
         <source>Close Window</source>
         <translation>ウインドウを閉じる</translation>
+    </message>
+    <message>
+        <source>What the panel shows of each application</source>
+        <translation>各アプリについてパネルに表示するもの</translation>
+    </message>
+    <message>
+        <source>How Tarnwick’s own icon in the bar looks</source>
+        <translation>バーに表示される Tarnwick 自身のアイコンの見た目</translation>
     </message>
 </context>
 <context>

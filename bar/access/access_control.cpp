@@ -73,6 +73,12 @@ void AccessControl::showFirst() {
   open.dialog->show();
 }
 
+void AccessControl::presentQuestion() {
+  if (open_.empty() || !open_.front().dialog) return;
+  open_.front().dialog->raise();
+  open_.front().dialog->activateWindow();
+}
+
 void AccessControl::answer(const Question& question, bool allow) {
   // The store tells of the new grant, which settles the question; only if it cannot be stored the
   // answer is no.

@@ -33,6 +33,11 @@ class AccessControl : public QObject {
   void request(const QString& name, qint32 pid, Capability capability,
                std::function<void(bool)> then);
 
+  // Whether a question waits for its answer.
+  bool asks() const { return !open_.empty(); }
+  // Puts that question in front, with the keyboard.
+  void presentQuestion();
+
   // Whoever has been told "Don't Allow" may ask again.
   void forgetRefusals() { refused_.clear(); }
 

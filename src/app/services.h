@@ -34,6 +34,7 @@
 #include "adapters/x11/raw_presses.h"
 #include "adapters/x11/window_effects.h"
 #include "adapters/x11/xkb_layout.h"
+#include "app/platform_texts.h"
 #include "platform/desktop.h"
 #include "platform/notification_center.h"
 #include "shortcuts/keyboard_shortcuts.h"
@@ -75,14 +76,15 @@ class Services {
   QtMenus menus_{loop_, presses_, [this](const AXElement& entry, std::function<void()> gone) {
                    return accessibility_.watchMenu(entry, std::move(gone));
                  }};
-  QtSettingsWindows settingsWindows_{{x11::activateWindow},
+  QtSettingsWindows settingsWindows_{{x11::bringToUser, x11::isMinimized},
                                      [this] { return makeHotkeyRows(recording()); }};
   BarSettingsPanes settingsPanes_{bar_};
   desktop::AutostartEntry loginItem_;
   QtCollation collation_;
-  Desktop desktop_{loop_,     accessibility_,   pointer_,       workspace_, statusBar_,    screens_,
-                   defaults_, application_,     windowCapture_, pictures_,  panelWindows_, presses_,
-                   menus_,    settingsWindows_, settingsPanes_, loginItem_, collation_};
+  Desktop desktop_{loop_,         accessibility_, pointer_,       workspace_,       statusBar_,
+                   screens_,      defaults_,      application_,   windowCapture_,   pictures_,
+                   panelWindows_, presses_,       menus_,         settingsWindows_, settingsPanes_,
+                   loginItem_,    collation_,     platformTexts()};
   NotificationCenter notifications_;
   MenuTracking menuTracking_{notifications_};
   x11::KeyboardChanges keyboardChanges_;

@@ -16,6 +16,7 @@
 #include "platform/status_bar.h"
 #include "platform/system_settings.h"
 #include "platform/window_capture.h"
+#include "platform/wording.h"
 #include "platform/workspace.h"
 
 namespace tarnwick {
@@ -40,6 +41,7 @@ struct Desktop {
   SystemSettings& systemSettings;
   LoginItem& loginItem;
   Collation& collation;
+  Wording wording = {};
 };
 
 }  // namespace tarnwick

@@ -6,6 +6,7 @@ namespace tarnwick {
 
 enum class SettingsPane : std::uint8_t {
   accessibilityPrivacy,  // who may see and press other applications' items
+  screenCapturePrivacy,  // who may picture them
   menuBar,               // the bar itself
 };
 

@@ -103,6 +103,11 @@ void SettingsView::openAccessibilitySettings() {
   desktop_.systemSettings.open(SettingsPane::accessibilityPrivacy);
 }
 
+void SettingsView::openCaptureSettings() {
+  desktop_.windowCapture.request();
+  desktop_.systemSettings.open(SettingsPane::screenCapturePrivacy);
+}
+
 void SettingsView::openMenuBarSettings() {
   desktop_.systemSettings.open(SettingsPane::menuBar);
 }

@@ -39,6 +39,9 @@ class SettingsView : public std::enable_shared_from_this<SettingsView> {
   // "<short version> (<build>)", with "?" for what is unknown.
   std::string versionDescription() const;
 
+  // One of the fixed texts as this platform words it, in English.
+  const char* text(const char* fixed) const { return worded(desktop_.wording, fixed); }
+
   // Called after any of the state has changed.
   Registration onChanged(std::function<void()> callback) {
     return changed_.add(std::move(callback));
@@ -62,7 +65,9 @@ class SettingsView : public std::enable_shared_from_this<SettingsView> {
   void setHandleStyle(HandleIconStyle style);
   void setLaunchAtLogin(bool enabled);
 
-  void openAccessibilitySettings();  // and has the user asked
+  // Both also have the user asked.
+  void openAccessibilitySettings();
+  void openCaptureSettings();
   void openMenuBarSettings();
   void restart();
   void quit();

@@ -1,3 +1,4 @@
+#include "settings/settings_texts.h"
 #include "settings/settings_view.h"
 
 #include <chrono>
@@ -81,7 +82,12 @@ TEST_F(SettingsTest, WithoutPermissionOnlyHiddenOnesAreListedUntilARescanAfterTh
   EXPECT_EQ(namesOf(view), Names{"hidden"});
   view.openAccessibilitySettings();
   EXPECT_EQ(desktop.accessPrompts, 1);
-  EXPECT_EQ(desktop.settings.panes, std::vector{SettingsPane::accessibilityPrivacy});
+  view.openCaptureSettings();
+  EXPECT_EQ(desktop.capture.requests, 1);
+  view.openMenuBarSettings();
+  EXPECT_EQ(desktop.settings.panes,
+            (std::vector{SettingsPane::accessibilityPrivacy, SettingsPane::screenCapturePrivacy,
+                         SettingsPane::menuBar}));
   desktop.trusted = true;
   EXPECT_FALSE(view.hasPermission());
   view.rescan();
@@ -271,6 +277,15 @@ TEST_F(SettingsTest, RestartEndsThisInstanceAfterTheLaunchHasReported) {
   EXPECT_EQ(desktop.lifeEvents, (Names{"new instance", "terminate"}));
   view.quit();
   EXPECT_EQ(desktop.lifeEvents.size(), 3U);
+}
+
+TEST_F(SettingsTest, PlatformWordsOnlyTheTextsThatItNames) {
+  constexpr PlatformText texts[] = {{settingstexts::systemIcons, "Here"}};
+  services.wording = texts;
+  start();
+  const SettingsView& view = open();
+  EXPECT_STREQ(view.text(settingstexts::systemIcons), "Here");
+  EXPECT_STREQ(view.text(settingstexts::systemIconsNote), settingstexts::systemIconsNote);
 }
 
 TEST_F(SettingsTest, UnknownVersionsAreQuestionMarks) {

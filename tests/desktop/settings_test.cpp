@@ -60,6 +60,11 @@ class SettingsTest : public StatusDesktopTest {
   void xdotool(const QStringList& arguments) {
     ASSERT_TRUE(desktop.start("xdotool", arguments).waitForEnd());
   }
+  QByteArray activeTitle() {
+    Program& active = desktop.start("xdotool", {"getactivewindow", "getwindowname"});
+    active.waitForEnd();
+    return active.output().trimmed();
+  }
   void keys(const QStringList& names) { xdotool(QStringList{"key"} + names); }
   void type(const QString& text) { xdotool({"type", "--delay", "40", text}); }
 
@@ -83,8 +88,10 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
   EXPECT_FALSE(shownControl("Parcellite", checkBox));
   EXPECT_TRUE(shownControl("No third-party menu bar apps found.", "label"));
 
-  press("Open System Settings…", button);
+  press("Open Privacy Settings…", button);
   ASSERT_TRUE(waitFor([&] { return !desktop.windowFrame("Privacy").isEmpty(); }));
+  letPass(std::chrono::milliseconds(200));
+  EXPECT_EQ(activeTitle(), "Accessibility") << "the question keeps the keyboard";
   std::optional<Accessible> allow;
   ASSERT_TRUE(waitFor([&] {
     allow = shownControl("Allow", button, "tarnwick-bar");
@@ -100,7 +107,7 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
   }));
   press("Rescan", button);
   ASSERT_TRUE(waitFor([&] { return shownControl("Parcellite", checkBox).has_value(); }));
-  EXPECT_FALSE(shownControl("Open System Settings…", button));
+  EXPECT_FALSE(shownControl("Open Privacy Settings…", button));
   EXPECT_FALSE(shownControl("No third-party menu bar apps found.", "label"));
 
   press("Parcellite", checkBox);
@@ -135,7 +142,7 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
   ASSERT_TRUE(takeBack());
   ASSERT_TRUE(waitFor([&] {
     press("Rescan", button);
-    return shownControl("Open System Settings…", button).has_value();
+    return shownControl("Open Privacy Settings…", button).has_value();
   }));
   EXPECT_FALSE(shownControl("Parcellite", checkBox));
 
@@ -181,8 +188,7 @@ TEST_F(SettingsTest, StylesAreChosenWithTheKeyboard) {
   keys({"Tab", "Down"});
   EXPECT_TRUE(waitFor([&] { return stored("panelIconStyle") == "statusIcon"; }));
   const QString note =
-      "Menu bar icons need Screen Recording permission. Grant it in System Settings, then restart "
-      "Tarnwick.";
+      "Menu bar icons need Screen Capture permission. Grant it in the privacy settings.";
   EXPECT_TRUE(waitFor([&] { return shownControl(note, "label").has_value(); }));
   std::optional<Accessible> deny;
   ASSERT_TRUE(waitFor([&] {
@@ -190,6 +196,16 @@ TEST_F(SettingsTest, StylesAreChosenWithTheKeyboard) {
     return deny.has_value();
   })) << "the desktop asks at once";
   desktop.click(tree->frameOf(*deny).center());
+
+  open();
+  QStringList meanings;  // "Menu bar icon" is a choice of one picker and the title of another
+  for (const Accessible& object : tree->objectsOf("tarnwick")) {
+    if (object.role == "combo box") meanings += tree->descriptionOf(object);
+  }
+  EXPECT_EQ(meanings, QStringList({"What the panel shows of each application",
+                                   "How Tarnwick’s own icon in the bar looks"}));
+  press("Open Privacy Settings…", button);
+  ASSERT_TRUE(waitFor([&] { return activeTitle() == "Privacy"; }));
 
   open();
   press("Icons per row", field);

@@ -3,9 +3,9 @@
 namespace tarnwick {
 
 void BarSettingsPanes::open(SettingsPane pane) {
-  const bool privacy = pane == SettingsPane::accessibilityPrivacy;
+  const bool ofTheBar = pane == SettingsPane::menuBar;
   bar_.send(QStringLiteral("ShowPane"),
-            {privacy ? QStringLiteral("privacy") : QStringLiteral("menu-bar")});
+            {ofTheBar ? QStringLiteral("menu-bar") : QStringLiteral("privacy")});
 }
 
 }  // namespace tarnwick

@@ -9,6 +9,7 @@
 
 #include "adapters/qt/slim_scroll_bar.h"
 #include "adapters/qt/warning_triangle.h"
+#include "settings/settings_texts.h"
 
 namespace tarnwick {
 
@@ -44,9 +45,11 @@ int indexOf(const StyleInfo<Style> (&styles)[count], Style style) {
 }
 
 template <class Style, std::size_t count>
-Picker* makePicker(const QString& title, const StyleInfo<Style> (&styles)[count],
-                   std::function<void(Style)> chosen) {
+Picker* makePicker(const QString& title, const QString& meaning,
+                   const StyleInfo<Style> (&styles)[count], std::function<void(Style)> chosen) {
   auto* const picker = new Picker(title);
+  picker->setToolTip(meaning);
+  picker->setAccessibleDescription(meaning);
   for (const auto& info : styles)
     picker->addItem(QCoreApplication::translate("Preferences", info.label));
   QObject::connect(picker, &QComboBox::currentIndexChanged, picker,
@@ -81,6 +84,10 @@ SettingsForm::SettingsForm(std::shared_ptr<SettingsView> view, const HotkeyRows&
   sync();
 }
 
+QString SettingsForm::said(const char* fixed) const {
+  return QCoreApplication::translate("SettingsView", view_->text(fixed));
+}
+
 FormSection* SettingsForm::addSection(const QString& header) {
   auto* const section = new FormSection(header, this);
   layout()->addWidget(section);
@@ -98,7 +105,7 @@ FormButton* SettingsForm::addWarning() {
                            "bar icons."),
                         FormSection::contentWidth - triangle->width() - triangleSpacing - 5,
                         Note::Style::normal));
-  auto* const button = new FormButton(tr("Open System Settings…"));
+  auto* const button = new FormButton(said(settingstexts::openSystemSettings));
   connect(button, &QAbstractButton::clicked, this, [this] { view_->openAccessibilitySettings(); });
   addButton(*warning_, button);
   return button;
@@ -124,29 +131,30 @@ void SettingsForm::addPanelSection() {
 
   const QString iconTitle = tr("Icon style");
   iconStyle_ = makePicker<PanelIconStyle>(
-      iconTitle, panelIconStyles, [this](PanelIconStyle style) { view_->setIconStyle(style); });
+      iconTitle, tr("What the panel shows of each application"), panelIconStyles,
+      [this](PanelIconStyle style) { view_->setIconStyle(style); });
   section->addRow(iconTitle, {iconStyle_});
 
   const QString handleTitle = tr("Menu bar icon");
-  handleStyle_ =
-      makePicker<HandleIconStyle>(handleTitle, handleIconStyles,
-                                  [this](HandleIconStyle style) { view_->setHandleStyle(style); });
+  handleStyle_ = makePicker<HandleIconStyle>(
+      handleTitle, tr("How Tarnwick’s own icon in the bar looks"), handleIconStyles,
+      [this](HandleIconStyle style) { view_->setHandleStyle(style); });
   section->addRow(handleTitle, {handleStyle_});
 
   auto* const note =
-      new Note(tr("Menu bar icons need Screen Recording permission. Grant it in System "
-                  "Settings, then restart Tarnwick."),
-               FormSection::contentWidth, Note::Style::callout);
+      new Note(said(settingstexts::captureNote), FormSection::contentWidth, Note::Style::callout);
   addNote(section->addRow(), note);
   captureNote_ = note->parentWidget();
+  auto* const button = new FormButton(said(settingstexts::openSystemSettings));
+  connect(button, &QAbstractButton::clicked, this, [this] { view_->openCaptureSettings(); });
+  addButton(*section, button);
+  captureButton_ = button->parentWidget();
 }
 
 void SettingsForm::addSystemIconsSection() {
-  FormSection* const section = addSection(tr("Apple menu bar icons"));
-  addNote(section->addRow(),
-          new Note(tr("Wi-Fi, Bluetooth, battery and other Apple icons are managed by "
-                      "macOS."),
-                   FormSection::contentWidth, Note::Style::secondary));
+  FormSection* const section = addSection(said(settingstexts::systemIcons));
+  addNote(section->addRow(), new Note(said(settingstexts::systemIconsNote),
+                                      FormSection::contentWidth, Note::Style::secondary));
   auto* const button = new FormButton(tr("Open Menu Bar Settings…"));
   connect(button, &QAbstractButton::clicked, this, [this] { view_->openMenuBarSettings(); });
   addButton(*section, button);
@@ -198,7 +206,9 @@ void SettingsForm::sync() {
                     view_->panelColumns() > Preferences::minimumColumns);
   present(*iconStyle_, indexOf(panelIconStyles, view_->iconStyle()));
   present(*handleStyle_, indexOf(handleIconStyles, view_->handleStyle()));
-  captureNote_->setVisible(view_->showsCaptureNote());
+  for (QWidget* const row : {captureNote_, captureButton_}) {
+    row->setVisible(view_->showsCaptureNote());
+  }
   const QSignalBlocker quiet(launchAtLogin_);
   launchAtLogin_->setChecked(view_->launchAtLogin());
 }

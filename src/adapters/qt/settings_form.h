@@ -34,6 +34,7 @@ class SettingsForm : public QWidget {
   void quit();
 
  private:
+  QString said(const char* fixed) const;
   FormSection* addSection(const QString& header);
   FormButton* addWarning();
   void addPanelSection();
@@ -49,6 +50,7 @@ class SettingsForm : public QWidget {
   Picker* iconStyle_ = nullptr;
   Picker* handleStyle_ = nullptr;
   QWidget* captureNote_ = nullptr;
+  QWidget* captureButton_ = nullptr;
   Switch* launchAtLogin_ = nullptr;
 };
 

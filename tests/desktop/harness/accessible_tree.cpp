@@ -6,6 +6,7 @@
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QUuid>
+#include <algorithm>
 #include <utility>
 
 #include "tests/desktop/harness/wait.h"
@@ -163,8 +164,13 @@ QRect scrollToSetting(PrivateDesktop& desktop, AccessibleTree& tree, const QStri
                       const QString& role) {
   QRect place;
   const bool inSight = waitFor([&] {
-    const auto control = tree.find("tarnwick", name, role);
-    if (!control) return false;
+    const auto objects = tree.objectsOf("tarnwick");
+    const auto control =
+        std::find_if(objects.begin(), objects.end(), [&](const Accessible& object) {
+          return object.name == name && object.role == role &&
+                 tree.has(object, AccessibleTree::State::visible);
+        });
+    if (control == objects.end()) return false;
     place = tree.frameOf(*control);
     const QRect window = desktop.windowFrame("Tarnwick");
     if (window.contains(place)) return true;

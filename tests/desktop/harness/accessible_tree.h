@@ -42,7 +42,8 @@ class AccessibleTree {
     checked = 4,
     enabled = 8,
     focused = 12,
-    showing = 25
+    showing = 25,
+    visible = 30  // perhaps scrolled out of sight
   };
   bool has(const Accessible& object, State state);
 

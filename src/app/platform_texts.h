@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/wording.h"
+
+namespace tarnwick {
+
+// What the fixed texts say that are not true beside the bar.
+Wording platformTexts();
+
+}  // namespace tarnwick
