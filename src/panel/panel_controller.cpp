@@ -16,6 +16,14 @@ constexpr double screenMargin = 8;  // points between the panel and the screen's
 constexpr double anchorGap = 4;     // points below the handle
 constexpr auto pictureRefreshDelay = 2s;
 
+// The one that the anchor's centre stands on, else the primary one.
+const Screen& screenOf(const std::vector<Screen>& screens, const std::optional<Rect>& anchor) {
+  const auto found = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
+    return anchor && screen.frame.contains({anchor->midX(), anchor->midY()});
+  });
+  return found == screens.end() ? screens.front() : *found;
+}
+
 }  // namespace
 
 PanelController::PanelController(Desktop& desktop, std::weak_ptr<PanelOwner> owner,
@@ -78,24 +86,24 @@ PanelWindow& PanelController::ensure() {
   return *panel_;
 }
 
-// The panel's right edge lines up with the handle's, inside the screen. What is larger than the
-// screen below the handle scrolls.
+// The panel's right edge lines up with the handle's, on the handle's monitor. What is larger than
+// that monitor below the handle scrolls.
 void PanelController::place(PanelWindow& window) {
   Size size = window.fittingSize();
   const auto screens = desktop_.screens.all();
-  if (!screens.empty()) {
-    const Rect& visible = screens.front().visibleFrame;
-    const double top = lastAnchorFrame_ ? lastAnchorFrame_->maxY() + anchorGap : visible.minY();
-    size.width = std::min(size.width, visible.width - 2 * screenMargin);
-    size.height = std::min(size.height, std::max(0.0, visible.maxY() - top - screenMargin));
-  }
+  if (screens.empty()) return window.setContentSize(size);
+  const Screen& screen = screenOf(screens, lastAnchorFrame_);
+  const Rect& visible = screen.visibleFrame;
+  const double top = lastAnchorFrame_ ? lastAnchorFrame_->maxY() + anchorGap : visible.minY();
+  size.width = std::min(size.width, visible.width - 2 * screenMargin);
+  size.height = std::min(size.height, std::max(0.0, visible.maxY() - top - screenMargin));
   window.setContentSize(size);
-  if (!lastAnchorFrame_ || screens.empty()) return;
-  const auto main = desktop_.screens.main();
-  const double rightLimit = main ? main->visibleFrame.maxX() : lastAnchorFrame_->maxX();
-  const double x =
-      std::min(rightLimit - size.width - screenMargin, lastAnchorFrame_->maxX() - size.width);
-  window.setTopLeft({std::max(x, screenMargin), lastAnchorFrame_->maxY() + anchorGap});
+  if (!lastAnchorFrame_) return;
+  const double anchored = lastAnchorFrame_->maxX() - size.width;
+  const double rightmost =
+      (desktop_.screens.main() ? visible : *lastAnchorFrame_).maxX() - size.width - screenMargin;
+  const double leftmost = screen.frame.minX() + screenMargin;
+  window.setTopLeft({std::max(std::min(rightmost, anchored), leftmost), top});
 }
 
 }  // namespace tarnwick

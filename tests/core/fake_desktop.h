@@ -77,6 +77,7 @@ class FakeDesktop : public Accessibility,
   int snapshots = 0;   // pictures taken while there was none
   int looseReads = 0;  // own frames read and items pressed without one
   std::vector<Screen> screens{{{0, 0, 1000, 800}, {0, 24, 1000, 776}}};
+  std::size_t mainScreen = 0;  // among the screens; beyond them for none
   // What a test writes here by itself is announced by tellOfDefaults() only.
   std::map<std::string, DefaultsValue> defaults;
   bool defaultsAreReadOnly = false;  // writes fail
@@ -175,7 +176,7 @@ class FakeDesktop : public Accessibility,
   // Screens
   std::vector<Screen> all() const override { return screens; }
   std::optional<Screen> main() const override {
-    return screens.empty() ? std::nullopt : std::optional(screens.front());
+    return mainScreen < screens.size() ? std::optional(screens[mainScreen]) : std::nullopt;
   }
 
   // DefaultsStore

@@ -88,8 +88,11 @@ TEST_F(PanelTest, StandsBelowTheHandleInsideTheScreen) {
     std::vector<Screen> screens;
     std::optional<Point> topLeft;
     Size size;
+    std::size_t main = 0;
   };
   const Screen screen{{0, 0, 1000, 800}, {0, 24, 1000, 776}};
+  const Screen right{{1000, 0, 600, 400}, {1000, 0, 590, 400}};
+  constexpr std::size_t nobody = 9;
   const Case cases[] = {
       {"right edges line up", Rect{700, 0, 24, 24}, {screen}, Point{524, 28}, {200, 100}},
       {"near the left edge", Rect{50, 0, 24, 24}, {screen}, Point{8, 28}, {200, 100}},
@@ -101,10 +104,35 @@ TEST_F(PanelTest, StandsBelowTheHandleInsideTheScreen) {
        {{{0, 0, 1000, 100}, {0, 24, 1000, 76}}},
        Point{524, 28},
        {200, 64}},
+      {"no main screen", Rect{700, 0, 24, 24}, {screen}, Point{516, 28}, {200, 100}, nobody},
+      {"the user works on another monitor",
+       Rect{980, 0, 24, 24},
+       {screen, right},
+       Point{792, 28},
+       {200, 100},
+       1},
+      {"the user works left of the handle",
+       Rect{1200, 0, 24, 24},
+       {screen, right},
+       Point{1024, 28},
+       {200, 100}},
+      {"near another monitor's left edge",
+       Rect{1010, 0, 24, 24},
+       {screen, right},
+       Point{1008, 28},
+       {200, 100},
+       1},
+      {"near another monitor's lower right corner",
+       Rect{1570, 340, 24, 24},
+       {screen, right},
+       Point{1382, 368},
+       {200, 24},
+       1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     desktop.screens = c.screens;
+    desktop.mainScreen = c.main;
     const auto panel = std::make_shared<PanelController>(services, std::weak_ptr<PanelOwner>(),
                                                          Preferences(desktop), capturer);
     panel->show(c.anchor);

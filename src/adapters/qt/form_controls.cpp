@@ -240,6 +240,17 @@ Field::Field(int width, const QString& accessibleName, QWidget* parent)
   clear.setColor(QPalette::Base, Qt::transparent);
   setPalette(clear);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  connect(this, &QLineEdit::textChanged, this, [this] {
+    if (!hasFocus()) setCursorPosition(0);
+  });
+}
+
+// What is not being edited shows its beginning; a pop-up or another window is no end of it.
+void Field::focusOutEvent(QFocusEvent* event) {
+  QLineEdit::focusOutEvent(event);
+  if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+    setCursorPosition(0);
+  }
 }
 
 QSize Field::sizeHint() const {

@@ -86,6 +86,7 @@ class Field : public QLineEdit {
   QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
+  void focusOutEvent(QFocusEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

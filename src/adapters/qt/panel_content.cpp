@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <algorithm>
 #include <cmath>
 
 #include "adapters/qt/theme_icon.h"
@@ -21,8 +22,9 @@ using Metrics = PanelMetrics;
 constexpr double calloutScale = 0.95;
 constexpr double captionScale = 0.85;
 constexpr double secondaryAlpha = 0.62;
-constexpr int widestTitle =
-    20 * static_cast<int>(Metrics::cell.width + Metrics::cellSpacing);  // points
+// Points. As wide as three entries: a title makes a panel of fewer no wider than it needs to be
+// read.
+constexpr int widestTitle = static_cast<int>(3 * Metrics::cell.width + 2 * Metrics::cellSpacing);
 constexpr int inset = static_cast<int>(Metrics::margin + Metrics::padding);
 
 QFont scaled(const QFont& font, double scale) {
@@ -129,6 +131,17 @@ PanelContent::PanelContent(const PanelView& view, QWidget* parent) : QWidget(par
   }
   size_ = QSize(size_.width() + inset, top + inset);
   resize(size_);
+  setVisibleWidth(0, size_.width());
+}
+
+void PanelContent::setVisibleWidth(int left, int width) {
+  const int room = std::max(0, width - 2 * inset);
+  for (const auto& [label, text] : titles_) {
+    const QString shown = label->fontMetrics().elidedText(text, Qt::ElideRight, room);
+    label->setText(shown);
+    label->setToolTip(shown == text ? QString() : plainToolTip(text));
+    label->setGeometry(left + inset, label->y(), room, label->height());
+  }
 }
 
 // The labels' colour is one of their own, made from the palette.
@@ -154,17 +167,19 @@ int PanelContent::addEmptyText(int top) {
   return label->geometry().bottom() + 1;
 }
 
+int PanelContent::addTitle(const QString& text, int top) {
+  QFont caption = scaled(font(), captionScale);
+  caption.setWeight(QFont::DemiBold);
+  auto* header = makeLabel(text, caption, this);
+  header->setAccessibleName(text);
+  const QSize whole = header->sizeHint();
+  header->setGeometry(reserve(top, {std::min(whole.width(), widestTitle), whole.height()}));
+  titles_.push_back({header, text});
+  return header->geometry().bottom() + 1 + static_cast<int>(Metrics::headerSpacing);
+}
+
 int PanelContent::addSection(const PanelSection& section, const PanelView& view, int top) {
-  if (section.title) {
-    QFont caption = scaled(font(), captionScale);
-    caption.setWeight(QFont::DemiBold);
-    // A name is the user's own text of any length; it gets no wider than the widest grid.
-    const QString title = QFontMetrics(caption).elidedText(QString::fromStdString(*section.title),
-                                                           Qt::ElideRight, widestTitle);
-    auto* header = makeLabel(title, caption, this);
-    header->setGeometry(reserve(top, header->sizeHint()));
-    top = header->geometry().bottom() + 1 + static_cast<int>(Metrics::headerSpacing);
-  }
+  if (section.title) top = addTitle(QString::fromStdString(*section.title), top);
   const int columns = Metrics::columnsOf(section, view.columns);
   const QSize cellSize(static_cast<int>(Metrics::cell.width),
                        static_cast<int>(Metrics::cell.height));

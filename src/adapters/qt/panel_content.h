@@ -4,8 +4,11 @@
 #include <QIcon>
 #include <QWidget>
 #include <optional>
+#include <vector>
 
 #include "panel/panel_view.h"
+
+class QLabel;
 
 namespace tarnwick {
 
@@ -42,16 +45,25 @@ class PanelContent : public QWidget {
   PanelContent(const PanelView& view, QWidget* parent);
 
   QSize sizeHint() const override { return size_; }
+  // Which part of its width can be seen; the sections' titles keep inside it.
+  void setVisibleWidth(int left, int width);
 
  protected:
   void changeEvent(QEvent* event) override;
 
  private:
+  struct Title {
+    QLabel* label;
+    QString text;
+  };
+
   int addEmptyText(int top);
+  int addTitle(const QString& text, int top);
   int addSection(const PanelSection& section, const PanelView& view, int top);
   QRect reserve(int top, QSize size);
 
   QSize size_;  // so far
+  std::vector<Title> titles_;
 };
 
 }  // namespace tarnwick

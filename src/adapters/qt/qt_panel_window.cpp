@@ -40,6 +40,9 @@ class PanelWidget : public QWidget {
     scroll_.viewport()->setAutoFillBackground(false);
     scroll_.setFocusPolicy(Qt::NoFocus);
     scroll_.setVerticalScrollBar(new SlimScrollBar);
+    scroll_.setHorizontalScrollBar(new SlimScrollBar(Qt::Horizontal));
+    connect(scroll_.horizontalScrollBar(), &QScrollBar::valueChanged, this,
+            [this] { keepTitlesInSight(); });
     scroll_.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll_.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   }
@@ -114,6 +117,13 @@ class PanelWidget : public QWidget {
     scroll_.setHorizontalScrollBarPolicy(policy(wider));
     scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
                                         higher ? -margin : 0, wider || higher ? -margin : 0));
+    keepTitlesInSight();
+  }
+
+  void keepTitlesInSight() {
+    if (auto* const content = qobject_cast<PanelContent*>(scroll_.widget())) {
+      content->setVisibleWidth(scroll_.horizontalScrollBar()->value(), scroll_.viewport()->width());
+    }
   }
 
   QRectF groundRect() const {

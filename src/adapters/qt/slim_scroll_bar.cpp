@@ -15,7 +15,8 @@ constexpr qreal restingOpacity = 0.7;
 
 }  // namespace
 
-SlimScrollBar::SlimScrollBar(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {
+SlimScrollBar::SlimScrollBar(Qt::Orientation orientation, QWidget* parent)
+    : QScrollBar(orientation, parent) {
   setAttribute(Qt::WA_Hover);
   setAttribute(Qt::WA_OpaquePaintEvent, false);
 }
@@ -27,13 +28,17 @@ void SlimScrollBar::paintEvent(QPaintEvent*) {
   initStyleOption(&option);
   const QRectF handle =
       style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
-  const QRectF shape(handleInset, handle.top(), width() - 2 * handleInset, handle.height());
+  const bool upright = orientation() == Qt::Vertical;
+  const QRectF shape =
+      upright ? QRectF(handleInset, handle.top(), width() - 2 * handleInset, handle.height())
+              : QRectF(handle.left(), handleInset, handle.width(), height() - 2 * handleInset);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(tonesOf(palette()).scroller);
   if (!underMouse() && !isSliderDown()) painter.setOpacity(restingOpacity);
-  painter.drawRoundedRect(shape, shape.width() / 2, shape.width() / 2);
+  const qreal radius = (upright ? shape.width() : shape.height()) / 2;
+  painter.drawRoundedRect(shape, radius, radius);
 }
 
 }  // namespace tarnwick

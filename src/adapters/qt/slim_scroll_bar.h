@@ -4,7 +4,7 @@
 
 namespace tarnwick {
 
-// A vertical scroll bar that is only a handle, and nothing at all when there is nothing to scroll.
+// A scroll bar that is only a handle, and nothing at all when there is nothing to scroll.
 // Takes part of a margin, so that the content looks the same with and without it.
 class SlimScrollBar : public QScrollBar {
   Q_OBJECT
@@ -12,7 +12,7 @@ class SlimScrollBar : public QScrollBar {
  public:
   static constexpr int thickness = 12;  // points
 
-  explicit SlimScrollBar(QWidget* parent = nullptr);
+  explicit SlimScrollBar(Qt::Orientation orientation = Qt::Vertical, QWidget* parent = nullptr);
   QSize sizeHint() const override { return {thickness, thickness}; }
 
  protected:
