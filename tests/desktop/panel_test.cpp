@@ -49,7 +49,7 @@ TEST_F(PanelTest, OpensBelowTheHandleAndClosesByEachWay) {
   EXPECT_FALSE(panelIsShown()) << "a Super-click does nothing";
   const QPoint behind = desktop.windowFrame("Tarnwick").center();
   const QStringList search{"search", "--onlyvisible", "--name", "^Tarnwick$"};
-  desktop.start("xdotool", search + QStringList("windowminimize")).waitForEnd();
+  desktop.start("xdotool", search + QStringList{"set_desktop_for_window", "1"}).waitForEnd();
   ASSERT_TRUE(waitFor([&] {
     Program& found = desktop.start("xdotool", search);
     found.waitForEnd();

@@ -7,6 +7,8 @@ namespace tarnwick {
 QtApplication::QtApplication() {
   QGuiApplication::setApplicationDisplayName("Tarnwick");
   QGuiApplication::setDesktopFileName(identifier);
+  // The windows' class, which the desktop entry names.
+  QCoreApplication::setApplicationName("tarnwick");
 }
 
 void QtApplication::setActivationPolicy(ActivationPolicy policy) {

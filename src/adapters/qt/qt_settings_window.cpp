@@ -7,8 +7,11 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QScrollArea>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
+#include <functional>
 #include <optional>
 
 #include "adapters/qt/focus_follower.h"
@@ -23,13 +26,16 @@ namespace {
 constexpr int windowWidth = 460;
 constexpr int leastHeight = 380;
 constexpr int greatestHeight = 640;
+constexpr std::chrono::milliseconds propertiesSettle{50};
 
 class SettingsWidget : public QMainWindow {
  public:
-  SettingsWidget(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows)
+  SettingsWidget(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows,
+                 std::function<bool(WId)> isMinimized)
       : QMainWindow(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                  Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
         view_(std::move(view)),
+        isMinimized_(std::move(isMinimized)),
         form_(new SettingsForm(view_, hotkeyRows)) {
     setWindowTitle(QStringLiteral("Tarnwick"));
     setWindowIcon(QIcon::fromTheme(QLatin1String(QtApplication::identifier)));
@@ -56,14 +62,26 @@ class SettingsWidget : public QMainWindow {
     setFixedSize(windowWidth, std::clamp(fitting, leastHeight, greatestHeight));
     scroll_.resize(size());
     place_ = centred();
+    winId();
+    windowHandle()->installEventFilter(this);
   }
 
   void present() {
     if (!isVisible())
       move(QGuiApplication::screenAt(place_ + rect().center()) ? place_ : centred());
+    setWindowState(Qt::WindowNoState);
     show();
     raise();
     activateWindow();
+  }
+
+  // Only now there is a frame, which counts for the centre.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Expose && windowHandle()->isExposed()) {
+      watched->removeEventFilter(this);
+      move(centred());
+    }
+    return QMainWindow::eventFilter(watched, event);
   }
 
  protected:
@@ -82,6 +100,15 @@ class SettingsWidget : public QMainWindow {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
       view_->refreshLaunchAtLogin();
       form_->sync();
+    }
+    // Some window managers offer other states for every window. They write several properties.
+    if (event->type() == QEvent::WindowStateChange) {
+      QTimer::singleShot(propertiesSettle, this, [this] {
+        // To the toolkit, a window on a desktop that is not shown is minimised.
+        if (isMinimized() ? isMinimized_(winId()) : isMaximized() || isFullScreen()) {
+          setWindowState(Qt::WindowNoState);
+        }
+      });
     }
     QMainWindow::changeEvent(event);
   }
@@ -105,7 +132,12 @@ class SettingsWidget : public QMainWindow {
     addAction(action);
     return action;
   }
-  QPoint centred() const { return freeArea().center() - rect().center(); }
+  // Of the frame's corner; there is no frame before the window is shown for the first time.
+  QPoint centred() const {
+    QRect frame = rect().marginsAdded(windowHandle() ? windowHandle()->frameMargins() : QMargins());
+    frame.moveCenter(freeArea().center());
+    return frame.topLeft();
+  }
 
   void takePalette() {
     QPalette palette;
@@ -114,6 +146,7 @@ class SettingsWidget : public QMainWindow {
   }
 
   const std::shared_ptr<SettingsView> view_;
+  const std::function<bool(WId)> isMinimized_;
   QScrollArea scroll_{this};
   SettingsForm* const form_;
   FocusFollower follower_{scroll_};
@@ -125,10 +158,10 @@ class QtSettingsWindow : public SettingsWindow {
  public:
   QtSettingsWindow(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows,
                    QtSettingsWindows::Effects effects)
-      : widget_(std::move(view), hotkeyRows), effects_(std::move(effects)) {}
+      : widget_(std::move(view), hotkeyRows, effects.isMinimized), effects_(std::move(effects)) {}
 
   void makeKeyAndOrderFront() override { widget_.present(); }
-  void orderFrontRegardless() override { effects_.activate(widget_.winId()); }
+  void orderFrontRegardless() override { effects_.bringToUser(widget_.winId()); }
   bool isVisible() const override { return widget_.isVisible(); }
 
  private:

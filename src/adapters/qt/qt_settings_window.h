@@ -14,8 +14,11 @@ namespace tarnwick {
 class QtSettingsWindows : public SettingsWindows {
  public:
   struct Effects {
-    // Makes the window manager put a window in front and activate it, whatever has the focus.
-    std::function<void(WId)> activate;
+    // Makes the window manager bring a window to the present desktop, put it in front and activate
+    // it, whatever has the focus.
+    std::function<void(WId)> bringToUser;
+    // Whether the window manager has minimised it.
+    std::function<bool(WId)> isMinimized;
   };
   explicit QtSettingsWindows(Effects effects, HotkeyRows hotkeyRows = {})
       : effects_(std::move(effects)), hotkeyRows_(std::move(hotkeyRows)) {}

@@ -2,6 +2,8 @@
 
 #include <xcb/shape.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <string_view>
 #include <vector>
@@ -11,6 +13,8 @@
 namespace tarnwick::x11 {
 
 namespace {
+
+constexpr std::uint32_t mostNumbers = 64;
 
 // One rectangle for each row of pixels in the corners and one for what lies between.
 std::vector<xcb_rectangle_t> roundedRectangle(const QRect& outline, int radius) {
@@ -39,6 +43,35 @@ xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
   return atom ? atom->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+// A property of 32-bit numbers; empty when the window does not have it.
+std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_window_t window,
+                                   std::string_view name) {
+  const xcb_atom_t property = atomOf(connection, name);
+  if (property == XCB_ATOM_NONE) return {};
+  const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+      connection,
+      xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, mostNumbers),
+      nullptr));
+  if (!reply || reply->format != 32) return {};
+  const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {first, first + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+// A request of EWMH about a window, as a client message to the root window.
+void askWindowManager(xcb_connection_t* connection, xcb_window_t window, std::string_view request,
+                      const std::array<std::uint32_t, 5>& data) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atomOf(connection, request);
+  if (event.type == XCB_ATOM_NONE) return;
+  std::copy(data.begin(), data.end(), event.data.data32);
+  xcb_send_event(connection, 0, rootOf(connection),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                 reinterpret_cast<const char*>(&event));
+}
+
 }  // namespace
 
 bool isComposited() {
@@ -64,20 +97,24 @@ void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int co
   }
 }
 
-void activateWindow(std::uint32_t window) {
-  constexpr std::uint32_t fromPager = 2;
+bool isMinimized(std::uint32_t window) {
   xcb_connection_t* const connection = server();
-  const xcb_atom_t request = atomOf(connection, "_NET_ACTIVE_WINDOW");
-  if (request == XCB_ATOM_NONE) return;
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = request;
-  event.data.data32[0] = fromPager;
-  xcb_send_event(connection, 0, rootOf(connection),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
+  const xcb_atom_t hidden = atomOf(connection, "_NET_WM_STATE_HIDDEN");
+  const auto states = numbers(connection, window, "_NET_WM_STATE");
+  return hidden != XCB_ATOM_NONE && std::find(states.begin(), states.end(), hidden) != states.end();
+}
+
+void bringToUser(std::uint32_t window) {
+  constexpr std::uint32_t fromPager = 2;
+  constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+  xcb_connection_t* const connection = server();
+  if (!connection) return;
+  const auto here = numbers(connection, rootOf(connection), "_NET_CURRENT_DESKTOP");
+  const auto there = numbers(connection, window, "_NET_WM_DESKTOP");
+  if (!here.empty() && !there.empty() && there[0] != here[0] && there[0] != everyDesktop) {
+    askWindowManager(connection, window, "_NET_WM_DESKTOP", {here[0], fromPager});
+  }
+  askWindowManager(connection, window, "_NET_ACTIVE_WINDOW", {fromPager});
   xcb_flush(connection);
 }
 

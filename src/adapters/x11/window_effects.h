@@ -13,8 +13,13 @@ bool isComposited();
 // whole rectangle again. Presses outside fall through.
 void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int cornerRadius);
 
-// Asks the window manager to put a window in front and to activate it, as a pager would
-// (_NET_ACTIVE_WINDOW): it does so whatever the user works in.
-void activateWindow(std::uint32_t window);
+// Whether the window manager has minimised a window (_NET_WM_STATE_HIDDEN), as opposed to one that
+// is merely on another desktop.
+bool isMinimized(std::uint32_t window);
+
+// Asks the window manager to move a window to the present desktop, to put it in front and to
+// activate it, as a pager would (_NET_WM_DESKTOP, _NET_ACTIVE_WINDOW): it does so whatever the user
+// works in.
+void bringToUser(std::uint32_t window);
 
 }  // namespace tarnwick::x11

@@ -12,7 +12,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QUuid>
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "tests/desktop/harness/wait.h"
@@ -257,17 +256,10 @@ bool PrivateDesktop::activateAction(const QString& name, const QString& applicat
 }
 
 QRect PrivateDesktop::windowFrame(const QString& title) {
-  Program& search = start("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$',
-                                      "getwindowgeometry", "--shell"});
+  Program& search = start("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$'});
   search.waitForEnd();
-  std::map<QByteArray, int> values;
-  for (const QByteArray& line : search.output().split('\n')) {
-    const auto equals = line.indexOf('=');
-    if (equals > 0) {
-      values[line.left(equals)] = line.mid(equals + 1).toInt();
-    }
-  }
-  return {values["X"], values["Y"], values["WIDTH"], values["HEIGHT"]};
+  const std::uint32_t window = search.output().split('\n').first().toUInt();
+  return window == 0 ? QRect() : placeOf(display_, window);
 }
 
 void PrivateDesktop::click(QPointF at, int button) {

@@ -59,7 +59,8 @@ class PrivateDesktop {
   // application "hide" and "release". False when it does not answer.
   bool activateAction(const QString& name, const QString& application = {}) const;
 
-  // Where a shown window of that title lies, in pixels; empty while there is none.
+  // Where a shown window of that title lies without its border, in pixels; empty while there is
+  // none.
   QRect windowFrame(const QString& title);
   // Moves the pointer there and presses a button, as a hand would.
   void click(QPointF at, int button = 1);

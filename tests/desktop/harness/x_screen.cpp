@@ -30,6 +30,20 @@ struct Display {
   xcb_screen_t* screen = nullptr;  // nullptr when there is no such display
 };
 
+xcb_atom_t atomOf(xcb_connection_t* x, const char* name) {
+  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+      x, xcb_intern_atom(x, 0, static_cast<uint16_t>(strlen(name)), name), nullptr));
+  return atom ? atom->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+QByteArray propertyOf(xcb_connection_t* x, xcb_window_t window, const char* name) {
+  const Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
+      x, xcb_get_property(x, 0, window, atomOf(x, name), XCB_ATOM_ANY, 0, 64), nullptr));
+  if (!property) return {};
+  return {static_cast<const char*>(xcb_get_property_value(property.get())),
+          xcb_get_property_value_length(property.get())};
+}
+
 }  // namespace
 
 bool windowManagerRuns(const QString& name) {
@@ -37,16 +51,55 @@ bool windowManagerRuns(const QString& name) {
   if (display.screen == nullptr) {
     return false;
   }
+  return propertyOf(display.connection.get(), display.screen->root, "_NET_SUPPORTING_WM_CHECK")
+             .size() == 4;
+}
+
+QRect placeOf(const QString& name, std::uint32_t window) {
+  const Display display(name);
+  if (display.screen == nullptr) return {};
   xcb_connection_t* x = display.connection.get();
-  constexpr char atomName[] = "_NET_SUPPORTING_WM_CHECK";
-  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-      x, xcb_intern_atom(x, 1, static_cast<uint16_t>(strlen(atomName)), atomName), nullptr));
-  if (!atom || atom->atom == XCB_ATOM_NONE) {
-    return false;
-  }
-  const Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
-      x, xcb_get_property(x, 0, display.screen->root, atom->atom, XCB_ATOM_WINDOW, 0, 1), nullptr));
-  return property && xcb_get_property_value_length(property.get()) == 4;
+  const Reply<xcb_get_geometry_reply_t> size(
+      xcb_get_geometry_reply(x, xcb_get_geometry(x, window), nullptr));
+  const Reply<xcb_translate_coordinates_reply_t> corner(xcb_translate_coordinates_reply(
+      x, xcb_translate_coordinates(x, window, display.screen->root, 0, 0), nullptr));
+  if (!size || !corner) return {};
+  return {corner->dst_x, corner->dst_y, size->width, size->height};
+}
+
+std::vector<std::uint32_t> numbersOf(const QString& name, std::uint32_t window,
+                                     const char* property) {
+  const Display display(name);
+  if (display.screen == nullptr) return {};
+  const QByteArray bytes =
+      propertyOf(display.connection.get(), window == 0 ? display.screen->root : window, property);
+  std::vector<std::uint32_t> numbers(static_cast<std::size_t>(bytes.size()) / 4);
+  memcpy(numbers.data(), bytes.constData(), numbers.size() * 4);
+  return numbers;
+}
+
+std::uint32_t atomOf(const QString& display, const char* name) {
+  const Display server(display);
+  return server.screen ? atomOf(server.connection.get(), name) : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+void askWindowManager(const QString& name, std::uint32_t window, const char* request,
+                      const std::array<std::uint32_t, 5>& data) {
+  const Display display(name);
+  if (display.screen == nullptr) return;
+  xcb_connection_t* x = display.connection.get();
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window == 0 ? display.screen->root : window;
+  event.type = atomOf(x, request);
+  memcpy(event.data.data32, data.data(), sizeof event.data.data32);
+  // Waits until the server has it: what a client has left behind when it goes may get lost.
+  const Reply<xcb_generic_error_t> error(xcb_request_check(
+      x, xcb_send_event_checked(
+             x, 0, display.screen->root,
+             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+             reinterpret_cast<const char*>(&event))));
 }
 
 QImage grabScreen(const QString& name) {
@@ -66,21 +119,6 @@ QImage grabScreen(const QString& name) {
   }
   return QImage(xcb_get_image_data(image.get()), width, height, QImage::Format_RGB32).copy();
 }
-
-namespace {
-
-QByteArray propertyOf(xcb_connection_t* x, xcb_window_t window, const char* name) {
-  const Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-      x, xcb_intern_atom(x, 1, static_cast<uint16_t>(strlen(name)), name), nullptr));
-  if (!atom || atom->atom == XCB_ATOM_NONE) return {};
-  const Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(
-      x, xcb_get_property(x, 0, window, atom->atom, XCB_ATOM_ANY, 0, 64), nullptr));
-  if (!property) return {};
-  return {static_cast<const char*>(xcb_get_property_value(property.get())),
-          xcb_get_property_value_length(property.get())};
-}
-
-}  // namespace
 
 std::vector<PopupWindow> popups(const QString& name) {
   std::vector<PopupWindow> found;

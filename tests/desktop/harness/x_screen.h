@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QRect>
 #include <QString>
+#include <array>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -13,6 +15,17 @@ bool windowManagerRuns(const QString& display);
 
 // The display's root window; null when it cannot be read.
 QImage grabScreen(const QString& display);
+
+// Where a window lies on the screen; empty when it is gone.
+QRect placeOf(const QString& display, std::uint32_t window);
+
+// A property of 32-bit numbers of a window, 0 for the root window; empty when there is none.
+std::vector<std::uint32_t> numbersOf(const QString& display, std::uint32_t window,
+                                     const char* property);
+std::uint32_t atomOf(const QString& display, const char* name);
+// A client message about a window to the root window, as a pager asks the window manager.
+void askWindowManager(const QString& display, std::uint32_t window, const char* request,
+                      const std::array<std::uint32_t, 5>& data);
 
 // A window that is shown past the window manager: a menu, a tooltip, the panel.
 struct PopupWindow {

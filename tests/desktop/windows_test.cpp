@@ -1,0 +1,99 @@
+#include "tests/desktop/harness/status_desktop_test.h"
+#include "tests/desktop/harness/x_screen.h"
+
+namespace tarnwick::test {
+namespace {
+
+using Numbers = std::vector<std::uint32_t>;
+
+// The settings window among others, as the window manager has it.
+class WindowsTest : public StatusDesktopTest {
+ protected:
+  void open() {
+    ASSERT_TRUE(desktop.start("tarnwick").waitForEnd());
+    ASSERT_TRUE(waitFor([&] { return !frame().isEmpty(); }));
+  }
+  QRect frame() { return desktop.windowFrame("Tarnwick"); }
+  std::uint32_t windowOf(const QString& title) {
+    Program& search =
+        desktop.start("xdotool", {"search", "--onlyvisible", "--name", '^' + title + '$'});
+    search.waitForEnd();
+    return search.output().split('\n').first().toUInt();
+  }
+  Numbers numbers(const char* property, std::uint32_t window = 0) {
+    return numbersOf(desktop.display(), window, property);
+  }
+  void ask(const char* request, const std::array<std::uint32_t, 5>& data, std::uint32_t window) {
+    askWindowManager(desktop.display(), window, request, data);
+  }
+  void add(const char* state, std::uint32_t window) {
+    ask("_NET_WM_STATE", {1, atomOf(desktop.display(), state)}, window);
+  }
+  // Active, in sight, and above every other window of an application.
+  bool isInFront(std::uint32_t window) {
+    const Numbers stacked = numbers("_NET_CLIENT_LIST_STACKING");
+    const auto place = std::find(stacked.begin(), stacked.end(), window);
+    return numbers("_NET_ACTIVE_WINDOW") == Numbers{window} && !frame().isEmpty() &&
+           std::find(stacked.begin(), place, windowOf("Privacy")) != place;
+  }
+};
+
+TEST_F(WindowsTest, SettingsReachTheUserWhereverTheyAre) {
+  startBar();
+  startUtility();
+  bar.call("ShowPane", {"privacy"});
+  ASSERT_TRUE(waitFor([&] { return !desktop.windowFrame("Privacy").isEmpty(); }));
+  open();
+  const std::uint32_t settings = windowOf("Tarnwick");
+  ASSERT_TRUE(waitFor([&] { return isInFront(settings); }));
+
+  ask("_NET_CURRENT_DESKTOP", {1}, 0);
+  ASSERT_TRUE(waitFor([&] { return frame().isEmpty(); }));
+  letPass(std::chrono::milliseconds(200));
+  EXPECT_TRUE(frame().isEmpty()) << "it does not follow by itself";
+  open();
+  EXPECT_TRUE(waitFor([&] { return numbers("_NET_ACTIVE_WINDOW") == Numbers{settings}; }));
+  EXPECT_EQ(numbers("_NET_CURRENT_DESKTOP"), Numbers{1}) << "the user stays where he is";
+  ask("_NET_CURRENT_DESKTOP", {0}, 0);
+  ASSERT_TRUE(waitFor([&] { return frame().isEmpty(); }));
+  open();
+
+  const std::uint32_t privacy = windowOf("Privacy");
+  add("_NET_WM_STATE_FULLSCREEN", privacy);
+  ask("_NET_ACTIVE_WINDOW", {2}, privacy);
+  ASSERT_TRUE(waitFor([&] { return desktop.windowFrame("Privacy").size() == QSize(1280, 800); }));
+  ASSERT_TRUE(waitFor([&] { return !isInFront(settings); }));
+  open();
+  EXPECT_TRUE(waitFor([&] { return isInFront(settings); }));
+  EXPECT_EQ(desktop.windowFrame("Privacy").size(), QSize(1280, 800));
+}
+
+TEST_F(WindowsTest, SettingsAreCentredWithTheirFrameAndKeepTheirSize) {
+  startBar();
+  startUtility();
+  open();
+  const std::uint32_t settings = windowOf("Tarnwick");
+  ASSERT_TRUE(waitFor([&] { return numbers("_NET_FRAME_EXTENTS", settings).size() == 4; }));
+  const Numbers borders = numbers("_NET_FRAME_EXTENTS", settings);
+  const auto border = [&](std::size_t side) { return static_cast<int>(borders[side]); };
+  // Between the bar and the lower edge.
+  const auto isCentred = [&] {
+    const QRect framed = frame().marginsAdded({border(0), border(2), border(1), border(3)});
+    return (framed.center() - QRect(0, 24, 1280, 776).center()).manhattanLength() <= 1;
+  };
+  EXPECT_TRUE(waitFor(isCentred)) << frame().x() << ' ' << frame().y();
+
+  // What no window manager may make of it, though this one offers it.
+  ask("WM_CHANGE_STATE", {3}, settings);
+  const auto isNormal = [&] { return numbers("WM_STATE", settings).front() == 1; };
+  ASSERT_TRUE(waitFor([&] { return !isNormal(); }));
+  EXPECT_TRUE(waitFor([&] { return isNormal() && isCentred(); }));
+  for (const auto* state : {"_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_MAXIMIZED_VERT"}) {
+    add(state, settings);
+    letPass(std::chrono::milliseconds(300));
+    EXPECT_TRUE(isCentred() && frame().size() == QSize(460, 640)) << state;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwick::test
