@@ -122,6 +122,7 @@ TEST_F(PanelDrawingTest, TitlesKeepInsideThePanelAndTellTheirWholeText) {
   view.sections = {{"Work", {entry}}, {longTitle, {entry}}};
   show(view);
   EXPECT_EQ(widget->width(), 18 + 118 + 18) << "as wide as three entries";
+  EXPECT_EQ(title(1)->width(), 118);
   EXPECT_EQ(title(0)->text(), "Work");
   EXPECT_EQ(title(0)->toolTip(), "");
   EXPECT_TRUE(title(1)->text().startsWith("MM") && title(1)->text().endsWith(u'…'));

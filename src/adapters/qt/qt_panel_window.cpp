@@ -121,9 +121,12 @@ class PanelWidget : public QWidget {
   }
 
   void keepTitlesInSight() {
-    if (auto* const content = qobject_cast<PanelContent*>(scroll_.widget())) {
-      content->setVisibleWidth(scroll_.horizontalScrollBar()->value(), scroll_.viewport()->width());
-    }
+    auto* const content = qobject_cast<PanelContent*>(scroll_.widget());
+    if (!content) return;
+    // The area's own viewport has its size only once it is shown.
+    const bool hasBar = scroll_.verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn;
+    content->setVisibleWidth(scroll_.horizontalScrollBar()->value(),
+                             scroll_.width() - (hasBar ? SlimScrollBar::thickness : 0));
   }
 
   QRectF groundRect() const {
