@@ -1,3 +1,5 @@
+#include <QSettings>
+
 #include "tests/desktop/harness/status_desktop_test.h"
 #include "tests/desktop/harness/x_screen.h"
 
@@ -66,6 +68,21 @@ TEST_F(WindowsTest, SettingsReachTheUserWhereverTheyAre) {
   open();
   EXPECT_TRUE(waitFor([&] { return isInFront(settings); }));
   EXPECT_EQ(desktop.windowFrame("Privacy").size(), QSize(1280, 800));
+}
+
+TEST_F(WindowsTest, ClassesAreThoseOfTheDesktopEntries) {
+  startBar();
+  startUtility();
+  open();
+  for (const auto& [entry, title] :
+       {std::pair("Tarnwick", "Tarnwick"), std::pair("MenuBar", "Menu Bar")}) {
+    const QString file = QStringLiteral(TARNWICK_CATALOGUES "/../data/org.tarnwick.%1.desktop");
+    const QSettings settings(file.arg(entry), QSettings::IniFormat);
+    const QString name = settings.value("Desktop Entry/StartupWMClass").toString();
+    Program& search = desktop.start("xdotool", {"search", "--class", '^' + name + '$'});
+    search.waitForEnd();
+    EXPECT_TRUE(search.output().split('\n').contains(QByteArray::number(windowOf(title)))) << title;
+  }
 }
 
 TEST_F(WindowsTest, SettingsAreCentredWithTheirFrameAndKeepTheirSize) {
