@@ -11,12 +11,16 @@ class SessionTest : public StatusDesktopTest {
  protected:
   bool settingsAreShown() { return !desktop.windowFrame("Tarnwick").isEmpty(); }
 
-  // What a menu of applications sends; the bus starts the utility for it.
-  bool activate() {
-    auto message = QDBusMessage::createMethodCall("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick",
-                                                  "org.freedesktop.Application", "Activate");
-    message << QVariantMap();
+  bool call(const char* service, const char* path, const char* interface, const char* method,
+            const QVariantList& arguments) {
+    auto message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
     return desktop.bus().call(message, QDBus::Block, 20'000).type() == QDBusMessage::ReplyMessage;
+  }
+  // What a menu of applications sends; the bus starts the utility for it.
+  bool ask(const char* method, const QVariantList& arguments = {QVariantMap()}) {
+    return call("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick", "org.freedesktop.Application",
+                method, arguments);
   }
 };
 
@@ -64,32 +68,26 @@ TEST_F(SessionTest, LaunchByTheBusOpensNoSettingsAndTheNextOneDoes) {
                 PrivateDesktop::pathOf("tarnwick").toUtf8() + '\n');
   service.close();
   qDBusRegisterMetaType<QMap<QString, QString>>();
-  for (const auto& method : {"ReloadConfig", "UpdateActivationEnvironment"}) {
-    auto message = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                  "org.freedesktop.DBus", method);
-    if (method[0] == 'U') {
-      message << QVariant::fromValue(QMap<QString, QString>{{"DISPLAY", desktop.display()}});
-    }
-    ASSERT_EQ(desktop.bus().call(message).type(), QDBusMessage::ReplyMessage);
-  }
+  const QMap<QString, QString> display{{"DISPLAY", desktop.display()}};
+  ASSERT_TRUE(call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                   "UpdateActivationEnvironment", {QVariant::fromValue(display)}));
+  ASSERT_TRUE(call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                   "ReloadConfig", {}));
   grantUtility();
   startBar();
   startClients({parcellite});
-  ASSERT_TRUE(activate());
+  ASSERT_TRUE(ask("Activate"));
   EXPECT_TRUE(waitFor([&] { return native("tarnwick.boundary").has_value(); })) << row();
   EXPECT_FALSE(settingsAreShown());
-  ASSERT_TRUE(activate());
+  ASSERT_TRUE(ask("Activate"));
   EXPECT_TRUE(waitFor([&] { return settingsAreShown(); }));
   ASSERT_TRUE(desktop.start("xdotool", {"key", "ctrl+q"}).waitForEnd());
   ASSERT_TRUE(waitFor([&] { return desktop.ownerOf("org.tarnwick.Tarnwick") == 0; }));
 
   // Anything else that starts it is carried out, and what comes then is another launch.
-  auto hide = QDBusMessage::createMethodCall("org.tarnwick.Tarnwick", "/org/tarnwick/Tarnwick",
-                                             "org.freedesktop.Application", "ActivateAction");
-  hide << "hide" << QVariantList{parcellite.bundleId} << QVariantMap();
-  ASSERT_EQ(desktop.bus().call(hide).type(), QDBusMessage::ReplyMessage);
+  ASSERT_TRUE(ask("ActivateAction", {"hide", QVariantList{parcellite.bundleId}, QVariantMap()}));
   EXPECT_TRUE(waitFor([&] { return collapsed() && hidden(parcellite); })) << row();
-  ASSERT_TRUE(activate());
+  ASSERT_TRUE(ask("Activate"));
   EXPECT_TRUE(waitFor([&] { return settingsAreShown(); }));
 }
 

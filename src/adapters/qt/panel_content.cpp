@@ -172,6 +172,7 @@ int PanelContent::addTitle(const QString& text, int top) {
   caption.setWeight(QFont::DemiBold);
   auto* header = makeLabel(text, caption, this);
   header->setAccessibleName(text);
+  header->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);  // with the grid
   const QSize whole = header->sizeHint();
   header->setGeometry(reserve(top, {std::min(whole.width(), widestTitle), whole.height()}));
   titles_.push_back({header, text});
