@@ -75,11 +75,12 @@ class SettingsWidget : public QMainWindow {
     activateWindow();
   }
 
-  // Only now there is a frame, which counts for the centre.
+  // Only now there is a frame, which counts for the centre; the widget itself learns of it with the
+  // next move.
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() == QEvent::Expose && windowHandle()->isExposed()) {
       watched->removeEventFilter(this);
-      move(centred());
+      windowHandle()->setFramePosition(centred());
     }
     return QMainWindow::eventFilter(watched, event);
   }
