@@ -108,22 +108,29 @@ ApplicationSearch::Subject::Subject(const std::string& procRoot, std::int32_t pi
   if (program.empty()) program = stat.name;
 }
 
-ApplicationSearch::ApplicationSearch(const DesktopEntries& entries,
-                                     const WindowHintsOf& windowHints, std::string procRoot)
-    : entries_(entries), windowHints_(windowHints), procRoot_(std::move(procRoot)) {}
+ApplicationSearch::ApplicationSearch(DesktopEntries& entries, const WindowHintsOf& windowHints,
+                                     const BusNamesOf& busNames, std::string procRoot)
+    : entries_(entries),
+      windowHints_(windowHints),
+      busNames_(busNames),
+      procRoot_(std::move(procRoot)) {}
 
-ApplicationIdentity ApplicationSearch::find(std::int32_t pid, const Process::Stat& stat) const {
-  return search(Subject(procRoot_, pid, stat), 0).identity;
+ApplicationSearch::Answer ApplicationSearch::find(std::int32_t pid,
+                                                  const Process::Stat& stat) const {
+  const Subject subject(procRoot_, pid, stat);
+  Answer answer = search(subject, 0);
+  addIconNames(answer.identity, subject);
+  return answer;
 }
 
 ApplicationSearch::Answer ApplicationSearch::search(const Subject& subject, int depth) const {
   for (const auto step :
        {&ApplicationSearch::byFlatpak, &ApplicationSearch::byUnit, &ApplicationSearch::bySnap,
         &ApplicationSearch::byEnvironment, &ApplicationSearch::byProgram}) {
-    if (Found found = (this->*step)(subject)) return {std::move(*found), true};
+    if (Found found = (this->*step)(subject)) return std::move(*found);
   }
   std::optional<Answer> answer = byParent(subject, depth);
-  if (!answer) answer = Answer{{baseNameOf(subject), {}, {}}, false};
+  if (!answer) answer = Answer{{baseNameOf(subject), {}, {}, {}}};
   if (!answer->certain && answer->identity.name.empty()) describe(answer->identity, subject);
   return std::move(*answer);
 }
@@ -154,7 +161,7 @@ ApplicationSearch::Found ApplicationSearch::byUnit(const Subject& subject) const
         // Whatever a terminal runs is in the terminal's scope.
         const bool own = DesktopEntries::names(*entry, subject.program) ||
                          (startsUnit(subject) && plausible(entry, subject));
-        return own ? Found(entries_.identity(*entry)) : std::nullopt;
+        return own ? Found(launched(*entry, subject)) : std::nullopt;
       }
       break;
     case LaunchUnit::Kind::snap:
@@ -191,23 +198,43 @@ ApplicationSearch::Found ApplicationSearch::byEnvironment(const Subject& subject
   // Children inherit the variables, but not the process id in them.
   if (process.variable("GIO_LAUNCHED_DESKTOP_FILE_PID") == std::to_string(process.pid())) {
     const std::string file = process.variable("GIO_LAUNCHED_DESKTOP_FILE");
-    if (const DesktopEntry* entry = entries_.byName(file)) return entries_.identity(*entry);
+    if (const DesktopEntry* entry = entries_.byName(file)) return launched(*entry, subject);
   }
   const DesktopEntry* hinted = entries_.byName(process.variable("BAMF_DESKTOP_FILE_HINT"));
-  if (hinted && plausible(hinted, subject)) return entries_.identity(*hinted);
+  if (hinted && plausible(hinted, subject)) return launched(*hinted, subject);
   return std::nullopt;
 }
 
 ApplicationSearch::Found ApplicationSearch::byProgram(const Subject& subject) const {
-  const DesktopEntry* entry = nullptr;
-  if (!subject.appImage.empty()) entry = entries_.byProgram(subject.appImage);
-  if (!entry) entry = entries_.byProgram(subject.program);
-  return entry ? Found(entries_.identity(*entry)) : std::nullopt;
+  ProgramMatch match;
+  if (!subject.appImage.empty()) match = entries_.byProgram(subject.appImage);
+  if (!match.entry) match = entries_.byProgram(subject.program);
+  if (match.sure && match.entry->shown) return known(*match.entry, false);
+  if (const DesktopEntry* owned = byBusName(subject); owned && (owned->shown || !match.sure)) {
+    return known(*owned, !owned->shown);
+  }
+  return match.entry ? Found(known(*match.entry, true)) : std::nullopt;
+}
+
+const DesktopEntry* ApplicationSearch::byBusName(const Subject& subject) const {
+  const DesktopEntry* found = nullptr;
+  if (!busNames_) return found;
+  for (const std::string& name : busNames_(subject.process.pid())) {
+    const DesktopEntry* entry = entries_.byId(name);
+    if (entry && (!found || (entry->shown && !found->shown))) found = entry;
+  }
+  return found;
 }
 
 void ApplicationSearch::describe(ApplicationIdentity& identity, const Subject& subject) const {
   if (!windowHints_) return;
-  for (const WindowHints& hints : windowHints_(subject.process.pid())) {
+  const std::vector<WindowHints> windows = windowHints_(subject.process.pid());
+  for (const WindowHints& hints : windows) {
+    for (const std::string& name : {hints.windowClass, hints.windowInstance}) {
+      if (!name.empty()) identity.otherIcons.push_back(name);
+    }
+  }
+  for (const WindowHints& hints : windows) {
     const DesktopEntry* entry = entries_.byName(hints.applicationId);
     if (!entry) entry = entries_.byWindowClass(hints.windowClass);
     if (!entry) entry = entries_.byWindowClass(hints.windowInstance);
@@ -216,6 +243,17 @@ void ApplicationSearch::describe(ApplicationIdentity& identity, const Subject& s
     identity.name = std::move(found.name);
     identity.icon = std::move(found.icon);
     return;
+  }
+}
+
+// Many applications call their picture like themselves, also those without a desktop file.
+void ApplicationSearch::addIconNames(ApplicationIdentity& identity, const Subject& subject) {
+  const std::string program = programName(subject.program);
+  for (const std::string& name : {identity.bundleId, program, canonicalName(program)}) {
+    if (!name.empty() && name != identity.icon &&
+        std::ranges::find(identity.otherIcons, name) == identity.otherIcons.end()) {
+      identity.otherIcons.push_back(name);
+    }
   }
 }
 
@@ -238,7 +276,7 @@ std::optional<ApplicationSearch::Answer> ApplicationSearch::byParent(const Subje
   }
   // A start script that waits for the real program, or a helper in the application's own scope.
   const bool script = parent.program != parent.executable && runsScripts(parent.executable) &&
-                      entries_.byProgram(parent.program);
+                      entries_.byProgram(parent.program).entry;
   const bool sameScope = subject.unit.kind == LaunchUnit::Kind::application &&
                          subject.unitName == parent.unitName &&
                          subject.stat.session == parent.stat.session;
@@ -249,16 +287,29 @@ std::optional<ApplicationSearch::Answer> ApplicationSearch::byParent(const Subje
 
 bool ApplicationSearch::plausible(const DesktopEntry* entry, const Subject& subject) const {
   if (entry && DesktopEntries::names(*entry, subject.program)) return true;
-  return subject.stat.terminal == 0 && !entries_.byProgram(subject.program);
+  return subject.stat.terminal == 0 && !entries_.byProgram(subject.program).entry;
 }
 
 bool ApplicationSearch::startsUnit(const Subject& subject) const {
   return Process(procRoot_, subject.stat.parent).unit() != subject.unitName;
 }
 
-ApplicationIdentity ApplicationSearch::withId(const std::string& id) const {
+ApplicationSearch::Answer ApplicationSearch::withId(const std::string& id) const {
   const DesktopEntry* entry = entries_.byId(id);
-  return entry ? entries_.identity(*entry) : ApplicationIdentity{id, {}, {}};
+  return entry ? known(*entry, false) : Answer{{id, {}, {}, {}}, true, false};
+}
+
+ApplicationSearch::Answer ApplicationSearch::launched(const DesktopEntry& entry,
+                                                      const Subject& subject) const {
+  if (!entry.shown) {
+    const ProgramMatch match = entries_.byProgram(subject.program);
+    if (match.sure && match.entry->shown) return known(*match.entry, false);
+  }
+  return known(entry, false);
+}
+
+ApplicationSearch::Answer ApplicationSearch::known(const DesktopEntry& entry, bool guessed) const {
+  return {entries_.identity(entry), true, guessed};
 }
 
 }  // namespace tarnwick::desktop

@@ -22,11 +22,19 @@ class ApplicationSearch {
  public:
   using WindowHintsOf = std::function<std::vector<WindowHints>(std::int32_t)>;
 
-  ApplicationSearch(const DesktopEntries& entries, const WindowHintsOf& windowHints,
-                    std::string procRoot);
+  using BusNamesOf = std::function<std::vector<std::string>(std::int32_t)>;
+
+  ApplicationSearch(DesktopEntries& entries, const WindowHintsOf& windowHints,
+                    const BusNamesOf& busNames, std::string procRoot);
+
+  struct Answer {
+    ApplicationIdentity identity;
+    bool certain = false;  // by a desktop file or a sandbox, not just by name
+    bool guessed = true;   // more of the desktop's files, names and windows may lead further
+  };
 
   // The answer for a live process.
-  ApplicationIdentity find(std::int32_t pid, const Process::Stat& stat) const;
+  Answer find(std::int32_t pid, const Process::Stat& stat) const;
 
  private:
   // One process with what the steps have in common about it.
@@ -41,11 +49,7 @@ class ApplicationSearch {
     LaunchUnit unit;
     std::string appImage;  // the image it was mounted from
   };
-  struct Answer {
-    ApplicationIdentity identity;
-    bool certain = false;  // by a desktop file or a sandbox, not just by name
-  };
-  using Found = std::optional<ApplicationIdentity>;
+  using Found = std::optional<Answer>;
 
   Answer search(const Subject& subject, int depth) const;
   Found byFlatpak(const Subject& subject) const;
@@ -57,15 +61,23 @@ class ApplicationSearch {
   static std::string baseNameOf(const Subject& subject);
   // The name and icon that the process's windows lead to.
   void describe(ApplicationIdentity& identity, const Subject& subject) const;
+  static void addIconNames(ApplicationIdentity& identity, const Subject& subject);
 
   // Whether an entry that the process may have inherited is its own.
   bool plausible(const DesktopEntry* entry, const Subject& subject) const;
   bool startsUnit(const Subject& subject) const;
   // The entry of that id, or just the id.
-  ApplicationIdentity withId(const std::string& id) const;
+  Answer withId(const std::string& id) const;
+  // The answer that an entry gives of which a launcher told. Of an application's several entries
+  // the one in the menus speaks for it.
+  Answer launched(const DesktopEntry& entry, const Subject& subject) const;
+  Answer known(const DesktopEntry& entry, bool guessed) const;
+  // The entry whose id is a name on the bus that the process owns.
+  const DesktopEntry* byBusName(const Subject& subject) const;
 
-  const DesktopEntries& entries_;
+  DesktopEntries& entries_;
   const WindowHintsOf& windowHints_;
+  const BusNamesOf& busNames_;
   std::string procRoot_;
 };
 

@@ -46,18 +46,6 @@ fs::path ownFolder() {
   return configHome() / "autostart";
 }
 
-// One of the present desktop's names is in the list.
-bool namesThisDesktop(const std::string& list) {
-  const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
-  const auto present = split(variable ? variable : "", ':');
-  for (const auto& named : split(list, ';')) {
-    for (const auto& name : present) {
-      if (name == named) return true;
-    }
-  }
-  return false;
-}
-
 // Absent when there is no such file.
 std::optional<bool> startsAtLogin(const fs::path& entry) {
   std::error_code error;
@@ -65,9 +53,7 @@ std::optional<bool> startsAtLogin(const fs::path& entry) {
   const auto text = readFile(entry, longestEntry);
   const auto file = text ? parseDesktopFile(*text, "") : std::nullopt;
   return file && file->application && !file->hidden && file->autostart && !file->exec.empty() &&
-         (file->tryExec.empty() || !findProgram(file->tryExec).empty()) &&
-         (file->onlyShowIn.empty() || namesThisDesktop(file->onlyShowIn)) &&
-         !namesThisDesktop(file->notShowIn);
+         (file->tryExec.empty() || !findProgram(file->tryExec).empty()) && suitsThisDesktop(*file);
 }
 
 bool systemStarts(const std::string& fileName) {

@@ -97,7 +97,7 @@ constexpr Interpreter kInterpreters[] = {
 
 const Interpreter* findInterpreter(std::string_view executable) {
   std::string_view name = baseName(executable);
-  if (lists(kShells, name)) return &kShell;
+  if (isShell(name)) return &kShell;
   // "python3.11", "electron22", "perl5.36-x86_64-linux-gnu"
   const std::size_t version = name.find_first_of("0123456789");
   name = name.substr(0, version);
@@ -116,8 +116,7 @@ bool isWindowsProgram(std::string_view path) {
 }
 
 bool isAssignment(std::string_view word) {
-  const std::size_t equals = word.find('=');
-  return equals != word.npos && equals > 0 && word.find('/') > equals;
+  return !assignedName(word).empty();
 }
 
 bool isFieldCode(std::string_view word) {
@@ -271,6 +270,16 @@ std::string programOf(const std::vector<std::string>& command) {
 
 bool runsScripts(std::string_view executable) {
   return findInterpreter(executable) != nullptr || isWine(executable);
+}
+
+bool isShell(std::string_view executable) {
+  return lists(kShells, baseName(executable));
+}
+
+std::string_view assignedName(std::string_view word) {
+  const std::size_t equals = word.find('=');
+  const bool assigns = equals != word.npos && word.find('/') > equals;
+  return assigns ? word.substr(0, equals) : std::string_view();
 }
 
 std::string_view baseName(std::string_view path) {

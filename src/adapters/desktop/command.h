@@ -20,6 +20,12 @@ std::string programOf(const std::vector<std::string>& command);
 // Whether the executable is an interpreter, so that it names no application by itself.
 bool runsScripts(std::string_view executable);
 
+// Whether it is a shell, by its name.
+bool isShell(std::string_view executable);
+
+// NAME of a word "NAME=value", which sets a variable before a command; empty for other words.
+std::string_view assignedName(std::string_view word);
+
 // The last component, of a path of Windows too.
 std::string_view baseName(std::string_view path);
 

@@ -6,11 +6,14 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <utility>
 
 #include "adapters/desktop/command.h"
 #include "adapters/desktop/desktop_file.h"
 #include "adapters/desktop/file.h"
 #include "adapters/desktop/json_file.h"
+#include "adapters/desktop/own_program.h"
+#include "adapters/desktop/wrapper_script.h"
 
 namespace tarnwick::desktop {
 
@@ -55,6 +58,14 @@ std::optional<DesktopFile> readDesktopFile(const std::string& path) {
   return text ? parseDesktopFile(*text, messagesLocale()) : std::nullopt;
 }
 
+void addOther(DesktopEntry& entry, std::string program) {
+  if (program.empty() || program == entry.program || runsScripts(program) ||
+      std::ranges::find(entry.others, program) != entry.others.end()) {
+    return;
+  }
+  entry.others.push_back(std::move(program));
+}
+
 DesktopEntry makeEntry(const std::string& id, DesktopFile file) {
   DesktopEntry entry;
   const std::vector<std::string> command = splitCommand(file.exec);
@@ -66,10 +77,11 @@ DesktopEntry makeEntry(const std::string& id, DesktopFile file) {
   // An interpreter given code instead of a script says nothing.
   if (entry.hasArguments && runsScripts(entry.program)) entry.program.clear();
   entry.programName = canonicalName(programName(entry.program));
-  entry.tryName = canonicalName(programName(file.tryExec));
-  if (entry.tryName == entry.programName) entry.tryName.clear();
+  addOther(entry, file.tryExec);
+  for (const std::string& exec : file.actionExecs) addOther(entry, programOf(splitCommand(exec)));
   entry.windowClass = std::move(file.windowClass);
-  entry.shown = !file.noDisplay;
+  entry.shown = !file.noDisplay && suitsThisDesktop(file) &&
+                (file.tryExec.empty() || !findProgram(file.tryExec).empty());
   entry.id = id;
   entry.program.shrink_to_fit();
   return entry;
@@ -86,37 +98,50 @@ bool equalInAnyCase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, lower, lower);
 }
 
+// How alike a program that an entry names is to the one at `path`: 3 the path, 2 the base name, 1 a
+// name that both go under, 0 not at all. `named` and `name` are their canonical names.
+int likeness(std::string_view program, std::string_view named, std::string_view path,
+             std::string_view name) {
+  if (program == path) return 3;
+  if (named != name) return 0;
+  return baseName(program) == baseName(path) ? 2 : 1;
+}
+
+constexpr int namedItself = 128;  // a certainty from here on
+
 // How surely an entry runs the program at `path`, whose canonical name is given; 0 is not at all.
 int certainty(const DesktopEntry& entry, std::string_view path, std::string_view name) {
-  const bool named = entry.programName == name || entry.tryName == name;
-  if (name.empty() || !(named || entry.program == path)) return 0;
-  int sure = 1;
-  if (entry.program == path) {
-    sure += 64;
-  } else if (baseName(entry.program) == baseName(path)) {
-    sure += 32;
-  } else if (entry.programName == name) {
-    sure += 16;
+  if (name.empty()) return 0;
+  const int exec = likeness(entry.program, entry.programName, path, name);
+  int other = 0;
+  for (const std::string& program : entry.others) {
+    other = std::max(other, likeness(program, canonicalName(programName(program)), path, name));
   }
+  if (exec == 0 && other == 0) return 0;
+  int sure = 16 * exec + other;
+  if (std::max(exec, other) >= 2) sure += namedItself;
+  if (entry.shown) sure += 64;
   // Of several entries for one program, the plain one is the application itself.
   if (equalInAnyCase(lastPart(entry.id), name)) sure += 8;
   if (!entry.hasArguments) sure += 4;
-  if (entry.shown) sure += 2;
   return sure;
 }
 
 }  // namespace
 
-void DesktopEntries::refresh() {
+bool DesktopEntries::refresh() {
   const bool current = std::ranges::all_of(folders_, [](const Folder& folder) {
     return folder.changed && *folder.changed == changeTime(folder.path);
   });
-  if (folders_.empty() || !current) readAllFolders();
+  if (!folders_.empty() && current) return false;
+  readAllFolders();
+  return true;
 }
 
 void DesktopEntries::readAllFolders() {
   entries_.clear();
   folders_.clear();
+  scriptsRead_ = false;
   std::unordered_set<std::string> seen;
   for (const std::string& folder : applicationFolders()) readFolder(folder, "", seen, 0);
   entries_.shrink_to_fit();
@@ -161,8 +186,10 @@ ApplicationIdentity DesktopEntries::identity(const DesktopEntry& entry) const {
   const Folder& folder = folders_[entry.folder];
   const std::string name = entry.id.substr(folder.idPrefix.size());
   std::optional<DesktopFile> file = readDesktopFile(folder.path + "/" + name + ".desktop");
-  if (!file) return {entry.id, {}, {}};
-  return {entry.id, std::move(file->name), std::move(file->icon)};
+  if (!file) return {entry.id, {}, {}, {}};
+  ApplicationIdentity identity{entry.id, std::move(file->name), std::move(file->icon), {}};
+  if (!entry.windowClass.empty()) identity.otherIcons.push_back(entry.windowClass);
+  return identity;
 }
 
 const DesktopEntry* DesktopEntries::byId(std::string_view id) const {
@@ -190,21 +217,35 @@ const DesktopEntry* DesktopEntries::byName(std::string_view name) const {
   return found == entries_.end() ? nullptr : &*found;
 }
 
-const DesktopEntry* DesktopEntries::byProgram(std::string_view path) const {
-  if (path.empty()) return nullptr;
+ProgramMatch DesktopEntries::byProgram(std::string_view path) {
+  if (path.empty()) return {};
   const std::string own = programName(path);
   const std::string name = canonicalName(own);
-  const DesktopEntry* best = nullptr;
+  ProgramMatch match = bestMatch(path, name);
+  const bool done = match.sure && match.entry->shown;
+  if (!done && !std::exchange(scriptsRead_, true)) {
+    for (DesktopEntry& entry : entries_) {
+      for (std::string& program : programsWrappedBy(entry.program)) {
+        addOther(entry, std::move(program));
+      }
+    }
+    match = bestMatch(path, name);
+  }
+  if (!match.entry) match.entry = byName(own);
+  if (!match.entry) match.entry = byName(name);
+  return match;
+}
+
+ProgramMatch DesktopEntries::bestMatch(std::string_view path, std::string_view name) const {
+  ProgramMatch best;
   int surest = 0;
   for (const DesktopEntry& entry : entries_) {
     const int sure = certainty(entry, path, name);
-    if (sure > surest) {
-      surest = sure;
-      best = &entry;
-    }
+    if (sure <= surest) continue;
+    surest = sure;
+    best = {&entry, sure >= namedItself};
   }
-  if (!best) best = byName(own);
-  return best ? best : byName(name);
+  return best;
 }
 
 const DesktopEntry* DesktopEntries::byWindowClass(std::string_view windowClass) const {

@@ -6,6 +6,8 @@ namespace tarnwick::desktop {
 
 namespace {
 
+constexpr std::size_t mostActions = 32;
+
 struct Locale {
   std::string_view language, country, modifier;
 };
@@ -91,26 +93,50 @@ class Localised {
   int best_ = 0;
 };
 
+// Whether one of the present desktop's names stands in the list.
+bool namesThisDesktop(std::string_view list) {
+  const char* const variable = std::getenv("XDG_CURRENT_DESKTOP");
+  for (std::string_view rest = list; !rest.empty();) {
+    const std::size_t end = rest.find(';');
+    const std::string_view named = rest.substr(0, end);
+    for (std::string_view present = variable ? variable : ""; !present.empty();) {
+      const std::size_t colon = present.find(':');
+      if (!named.empty() && present.substr(0, colon) == named) return true;
+      present.remove_prefix(colon == present.npos ? present.size() : colon + 1);
+    }
+    rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
+  }
+  return false;
+}
+
 }  // namespace
+
+bool suitsThisDesktop(const DesktopFile& file) {
+  return (file.onlyShowIn.empty() || namesThisDesktop(file.onlyShowIn)) &&
+         !namesThisDesktop(file.notShowIn);
+}
 
 std::optional<DesktopFile> parseDesktopFile(std::string_view text, std::string_view locale) {
   const Locale wanted = splitLocale(locale);
   DesktopFile file;
   Localised name(file.name, wanted);
   Localised icon(file.icon, wanted);
-  bool inMain = false;
+  enum class Group { other, main, action } group = Group::other;
+  bool hasMain = false;
   while (!text.empty()) {
     const std::size_t end = text.find('\n');
     const std::string_view line = trim(text.substr(0, end));
     text.remove_prefix(end == text.npos ? text.size() : end + 1);
     if (line.empty() || line[0] == '#') continue;
     if (line[0] == '[') {
-      if (inMain) break;
-      inMain = line == "[Desktop Entry]";
+      const bool isMain = line == "[Desktop Entry]" && !hasMain;
+      const bool isAction = line.starts_with("[Desktop Action ");
+      group = isMain ? Group::main : isAction ? Group::action : Group::other;
+      hasMain = hasMain || isMain;
       continue;
     }
     const std::size_t equals = line.find('=');
-    if (!inMain || equals == line.npos) continue;
+    if (group == Group::other || equals == line.npos) continue;
     std::string_view key = trim(line.substr(0, equals));
     const std::string_view value = trim(line.substr(equals + 1));
     std::string_view keyLocale;
@@ -118,7 +144,11 @@ std::optional<DesktopFile> parseDesktopFile(std::string_view text, std::string_v
       keyLocale = key.substr(bracket + 1, key.size() - bracket - 2);
       key = key.substr(0, bracket);
     }
-    if (key == "Name") {
+    if (group == Group::action) {
+      if (key == "Exec" && file.actionExecs.size() < mostActions) {
+        file.actionExecs.push_back(unescape(value));
+      }
+    } else if (key == "Name") {
       name.offer(keyLocale, value);
     } else if (key == "Icon") {
       icon.offer(keyLocale, value);
@@ -142,7 +172,7 @@ std::optional<DesktopFile> parseDesktopFile(std::string_view text, std::string_v
       file.autostart = value != "false";
     }
   }
-  if (!inMain) return std::nullopt;
+  if (!hasMain) return std::nullopt;
   return file;
 }
 

@@ -3,10 +3,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick::desktop {
 
-// The keys of a desktop file's main group that tell an application, with escapes resolved.
+// The keys of a desktop file that tell an application, with escapes resolved.
 struct DesktopFile {
   std::string name;
   std::string icon;
@@ -15,7 +16,8 @@ struct DesktopFile {
   std::string windowClass;
   std::string onlyShowIn;  // desktops, each followed by ";"
   std::string notShowIn;
-  bool application = false;  // Type=Application
+  std::vector<std::string> actionExecs;  // Exec of the desktop actions, at most 32
+  bool application = false;              // Type=Application
   bool hidden = false;
   bool noDisplay = false;
   bool autostart = true;  // X-GNOME-Autostart-enabled
@@ -23,6 +25,10 @@ struct DesktopFile {
 
 // Absent when there is no main group. `locale` as in LC_MESSAGES: lang_COUNTRY.ENCODING@MODIFIER.
 std::optional<DesktopFile> parseDesktopFile(std::string_view text, std::string_view locale);
+
+// Whether menus of the present desktop ($XDG_CURRENT_DESKTOP) may list it: OnlyShowIn and
+// NotShowIn.
+bool suitsThisDesktop(const DesktopFile& file);
 
 // The locale of messages by the environment; empty for none.
 std::string messagesLocale();

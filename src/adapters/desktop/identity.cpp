@@ -16,7 +16,10 @@ namespace tarnwick::desktop {
 namespace {
 
 // Beyond this many processes the dead are forgotten, and if that is not enough, all.
-constexpr std::size_t kMaxKnown = 256;
+constexpr std::size_t kMaxKnown = 4096;
+// So many are watched by a handle; of others the start time is compared.
+constexpr std::size_t kMaxHandles = 256;
+constexpr std::size_t kMaxOtherIcons = 16;
 constexpr std::size_t kMaxText = 1000;  // bytes of a name
 
 bool ended(const UniqueFd& handle) {
@@ -29,28 +32,52 @@ ApplicationIdentity clean(ApplicationIdentity identity) {
     *text = validUtf8(*text, kMaxText);
     text->shrink_to_fit();
   }
+  if (identity.otherIcons.size() > kMaxOtherIcons) identity.otherIcons.resize(kMaxOtherIcons);
+  for (std::string& name : identity.otherIcons) name = validUtf8(name, kMaxText);
   return identity;
 }
 
 }  // namespace
 
-IdentityResolver::IdentityResolver(
-    std::function<std::vector<WindowHints>(std::int32_t)> windowHints, std::string procRoot)
+IdentityResolver::IdentityResolver(WindowHintsOf windowHints, std::string procRoot,
+                                   BusNamesOf busNames)
     : windowHints_(std::move(windowHints)),
+      busNames_(std::move(busNames)),
       procRoot_(std::move(procRoot)),
       entries_(std::make_unique<DesktopEntries>()) {}
 
 IdentityResolver::~IdentityResolver() = default;
 
+std::uint64_t IdentityResolver::revision() {
+  if (entries_->refresh()) entriesRevision_ = ++revision_;
+  return revision_;
+}
+
 std::optional<ApplicationIdentity> IdentityResolver::identify(std::int32_t pid) {
+  revision();
+  return lookUp(pid);
+}
+
+std::vector<std::optional<ApplicationIdentity>> IdentityResolver::identify(
+    const std::vector<std::int32_t>& pids) {
+  revision();
+  std::vector<std::optional<ApplicationIdentity>> identities;
+  identities.reserve(pids.size());
+  for (const std::int32_t pid : pids) identities.push_back(lookUp(pid));
+  return identities;
+}
+
+std::optional<ApplicationIdentity> IdentityResolver::lookUp(std::int32_t pid) {
   if (pid <= 0) return std::nullopt;
-  const auto known = known_.find(pid);
-  if (known != known_.end() && known->second.handle && !ended(known->second.handle)) {
-    return known->second.identity;
-  }
+  const auto found = known_.find(pid);
+  Known* known = found == known_.end() ? nullptr : &found->second;
+  const bool watched = known && known->handle && !ended(known->handle);
+  if (watched && isCurrent(pid, *known)) return known->identity;
   // The handle is taken before anything is read, so that both are of the same process.
   Known fresh;
-  if (procRoot_ == "/proc") {
+  if (watched) {
+    fresh.handle = std::move(known->handle);
+  } else if (procRoot_ == "/proc" && known_.size() < kMaxHandles) {
     fresh.handle = UniqueFd(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
   }
   const std::optional<Process::Stat> stat = Process(procRoot_, pid).stat();
@@ -58,14 +85,30 @@ std::optional<ApplicationIdentity> IdentityResolver::identify(std::int32_t pid) 
     known_.erase(pid);
     return std::nullopt;
   }
-  if (known != known_.end() && known->second.startTime == stat->startTime) {
-    return known->second.identity;
-  }
-  entries_->refresh();
+  if (known && known->startTime != stat->startTime) known = nullptr;  // the id's former process
+  if (known && isCurrent(pid, *known)) return known->identity;
+  auto answer = ApplicationSearch(*entries_, windowHints_, busNames_, procRoot_).find(pid, *stat);
+  fresh.identity = clean(std::move(answer.identity));
+  // What was hidden under a sure id stays under it, whatever is uninstalled meanwhile.
+  const bool keeps =
+      known && !known->guessed && known->identity.bundleId != fresh.identity.bundleId;
+  if (keeps) fresh.identity = known->identity;
+  fresh.guessed = answer.guessed && !keeps;
   fresh.startTime = stat->startTime;
-  fresh.identity = clean(ApplicationSearch(*entries_, windowHints_, procRoot_).find(pid, *stat));
+  fresh.revision = revision_;
+  fresh.entriesRevision = entriesRevision_;
   forgetEnded();
   return known_.insert_or_assign(pid, std::move(fresh)).first->second.identity;
+}
+
+// Whether a new search would find nothing else than the last one.
+bool IdentityResolver::isCurrent(std::int32_t pid, Known& known) {
+  if (known.revision == revision_) return true;
+  if (known.entriesRevision != entriesRevision_) return false;
+  const bool nothingTold =
+      (!windowHints_ || windowHints_(pid).empty()) && (!busNames_ || busNames_(pid).empty());
+  if (!known.guessed || nothingTold) known.revision = revision_;
+  return known.revision == revision_;
 }
 
 std::string IdentityResolver::executable(std::int32_t pid) const {

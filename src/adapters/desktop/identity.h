@@ -19,6 +19,9 @@ struct ApplicationIdentity {
   std::string bundleId;
   std::string name;  // localised; empty when no desktop file is known
   std::string icon;  // icon theme name or absolute path; empty when unknown
+  // Names under which a theme may have its picture when it has none of that name: the window
+  // class, the id, the program's. At most 16.
+  std::vector<std::string> otherIcons;
 };
 
 // Names by which a window tells its application. Each may be empty.
@@ -30,20 +33,34 @@ struct WindowHints {
 
 class DesktopEntries;
 
-// Finds applications by process through /proc and desktop files. The first answer holds for the
-// process's life, so that asking again costs one system call.
+// Finds applications by process through /proc and desktop files. An answer is remembered for the
+// process's life, so that asking again costs little; a guess is looked into again when something
+// new may lead further.
 class IdentityResolver {
  public:
+  using WindowHintsOf = std::function<std::vector<WindowHints>(std::int32_t)>;
+  using BusNamesOf = std::function<std::vector<std::string>(std::int32_t)>;
+
   // `windowHints`, if given, tells what the process's windows say of themselves; asked only for the
   // name and icon when the process itself led to no desktop file, so that the bundle id does not
-  // depend on the moment of asking.
+  // depend on the moment of asking. `busNames`, if given, tells the well-known names that the
+  // process owns on the session bus. Both answer from memory; see sourcesChanged().
   // `procRoot` is "/proc" but for tests.
-  explicit IdentityResolver(std::function<std::vector<WindowHints>(std::int32_t)> windowHints = {},
-                            std::string procRoot = "/proc");
+  explicit IdentityResolver(WindowHintsOf windowHints = {}, std::string procRoot = "/proc",
+                            BusNamesOf busNames = {});
   ~IdentityResolver();
 
-  // Absent when there is no such process.
+  // Absent when there is no such process. The id of an application that was told for sure stays as
+  // it is while the process lives.
   std::optional<ApplicationIdentity> identify(std::int32_t pid);
+  // The same for many, in their order.
+  std::vector<std::optional<ApplicationIdentity>> identify(const std::vector<std::int32_t>& pids);
+
+  // To be told when `windowHints` or `busNames` may answer otherwise than before.
+  void sourcesChanged() { ++revision_; }
+  // Another number than before when identify() may answer otherwise about a living process. Looks
+  // whether the desktop files have changed.
+  std::uint64_t revision();
 
   // Absolute path of the process's executable, " (deleted)" taken off; empty when it cannot be
   // read, and when that path is another file, or none, outside the process's own mounts.
@@ -54,13 +71,21 @@ class IdentityResolver {
     std::uint64_t startTime = 0;
     UniqueFd handle;  // readable once the process has ended; none where the kernel gives none
     ApplicationIdentity identity;
+    bool guessed = true;
+    std::uint64_t revision = 0;         // at which it was last looked into
+    std::uint64_t entriesRevision = 0;  // the same of the desktop files
   };
 
+  std::optional<ApplicationIdentity> lookUp(std::int32_t pid);
+  bool isCurrent(std::int32_t pid, Known& known);
   void forgetEnded();
 
-  std::function<std::vector<WindowHints>(std::int32_t)> windowHints_;
+  WindowHintsOf windowHints_;
+  BusNamesOf busNames_;
   std::string procRoot_;
   std::unique_ptr<DesktopEntries> entries_;
+  std::uint64_t revision_ = 0;
+  std::uint64_t entriesRevision_ = 0;
   std::map<std::int32_t, Known> known_;
 };
 

@@ -116,7 +116,27 @@ std::vector<std::string> Process::arguments() const {
   return arguments;
 }
 
+std::optional<std::uint32_t> Process::user() const {
+  constexpr std::string_view key = "\nUid:\t";
+  const std::string text = read("status");
+  const std::size_t start = text.find(key);
+  std::uint32_t user = 0;
+  if (start == text.npos || !parse(std::string_view(text).substr(start + key.size()), user)) {
+    return std::nullopt;
+  }
+  return user;
+}
+
+bool Process::hasEnvironment() const {
+  return !environment().empty();
+}
+
 std::string Process::variable(const std::string& name) const {
+  const auto found = environment().find(name);
+  return found == environment().end() ? std::string() : found->second;
+}
+
+const std::map<std::string, std::string>& Process::environment() const {
   if (!environment_) {
     environment_.emplace();
     const std::string text = read("environ");
@@ -127,8 +147,7 @@ std::string Process::variable(const std::string& name) const {
       environment_->try_emplace(key, value);
     }
   }
-  const auto found = environment_->find(name);
-  return found == environment_->end() ? std::string() : found->second;
+  return *environment_;
 }
 
 std::string Process::unit() const {

@@ -31,6 +31,10 @@ class Process {
   std::string verifiedExecutable() const;
   std::string workingDirectory() const;
   std::vector<std::string> arguments() const;
+  // Real user id, also of a hardened process; absent when it cannot be read.
+  std::optional<std::uint32_t> user() const;
+  // Whether the environment could be read and is not empty.
+  bool hasEnvironment() const;
   // A variable of the environment that the process was started with.
   std::string variable(const std::string& name) const;
   // Innermost systemd unit ("app-foo-1234.scope"), as written in the cgroup's path.
@@ -41,6 +45,7 @@ class Process {
   std::string securityLabel() const;
 
  private:
+  const std::map<std::string, std::string>& environment() const;
   std::string read(const char* file) const;
   std::string link(const char* file) const;
 
