@@ -11,7 +11,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "bar/access/application_icon.h"
+#include "look/application_icon.h"
 #include "look/tool_tip.h"
 
 namespace tarnwick::bar {
@@ -56,7 +56,7 @@ AccessDialog::AccessDialog(const Subject& subject, Capability capability)
 
   auto* const icon = new QLabel;
   icon->setPixmap(
-      applicationIcon(subject.icon).pixmap(QSize(iconSide, iconSide), devicePixelRatio()));
+      applicationPixmap(applicationIcon({subject.icon}), iconSide, devicePixelRatioF()));
   icon->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
   icon->setFixedWidth(iconSide);
 

@@ -11,7 +11,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include "bar/access/application_icon.h"
+#include "look/application_icon.h"
 #include "look/tool_tip.h"
 
 namespace tarnwick::bar {
@@ -103,7 +103,7 @@ QWidget* PrivacyWindow::row(const std::string& executable, Capability capability
   const QString base = QFileInfo(path).fileName();
 
   auto* const icon = new QLabel;
-  icon->setPixmap(applicationIcon(base).pixmap(QSize(iconSide, iconSide), devicePixelRatio()));
+  icon->setPixmap(applicationPixmap(applicationIcon({base}), iconSide, devicePixelRatioF()));
 
   auto* const name = new QLabel(base);
   auto* const what = new QLabel(purpose(capability));

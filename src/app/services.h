@@ -13,6 +13,7 @@
 #include "adapters/bar/bar_status_bar.h"
 #include "adapters/bar/bar_window_capture.h"
 #include "adapters/bar/bar_workspace.h"
+#include "adapters/bar/bus_names.h"
 #include "adapters/desktop/autostart_entry.h"
 #include "adapters/desktop/defaults_file.h"
 #include "adapters/desktop/identity.h"
@@ -28,6 +29,7 @@
 #include "adapters/qt/recorder_widget.h"
 #include "adapters/qt/session_locks.h"
 #include "adapters/shortcuts/desktop_shortcuts.h"
+#include "adapters/x11/client_windows.h"
 #include "adapters/x11/key_grabs.h"
 #include "adapters/x11/keyboard_changes.h"
 #include "adapters/x11/keyboard_grab.h"
@@ -61,7 +63,11 @@ class Services {
   QtScreens screens_;
   desktop::DefaultsFile defaults_;
   QSocketNotifier defaultsNotifier_{defaults_.descriptor(), QSocketNotifier::Read};
-  desktop::IdentityResolver identities_;
+  BusNames busNames_;
+  x11::ClientWindows clientWindows_{[this] { identities_.sourcesChanged(); }};
+  desktop::IdentityResolver identities_{
+      [this](std::int32_t pid) { return clientWindows_.hints(pid); }, "/proc",
+      [this](std::int32_t pid) { return busNames_.of(pid); }};
   BarConnection bar_;
   BarSnapshots snapshots_{bar_};
   BarAccessibility accessibility_{bar_, snapshots_};

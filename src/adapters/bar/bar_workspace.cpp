@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwick {
@@ -9,9 +10,15 @@ namespace tarnwick {
 using namespace std::chrono_literals;
 
 BarWorkspace::BarWorkspace(BarConnection& bar, BarSnapshots& snapshots,
-                           desktop::IdentityResolver& identities, std::string ownIdentifier)
-    : snapshots_(snapshots), identities_(identities), ownIdentifier_(std::move(ownIdentifier)) {
+                           desktop::IdentityResolver& identities,
+                           std::function<std::set<std::int32_t>()> windowOwners,
+                           std::string ownIdentifier)
+    : snapshots_(snapshots),
+      identities_(identities),
+      windowOwners_(std::move(windowOwners)),
+      ownIdentifier_(std::move(ownIdentifier)) {
   connect(&bar, &BarConnection::applicationAppeared, this, [this](int pid) {
+    owners_.insert(pid);
     if (pid != getpid() && isNews(pid)) launched_.notify();
   });
   connect(&bar, &BarConnection::vanished, this, [this] { known_.clear(); });  // ids begin anew
@@ -25,19 +32,26 @@ bool BarWorkspace::isNews(int pid) {
 }
 
 std::vector<RunningApplication> BarWorkspace::runningApplications() {
-  const auto bar = snapshots_.present();
+  const auto bar = snapshots_.living();
+  return bar ? itemOwners(*bar) : everyApplication();
+}
+
+std::vector<RunningApplication> BarWorkspace::itemOwners(const BarPicture& bar) {
+  if (const auto revision = identities_.revision(); std::exchange(revision_, revision) != revision)
+    known_.clear();
   std::vector<RunningApplication> applications;
   std::unordered_map<std::int32_t, std::shared_ptr<const RunningApplication>> byPid;
   decltype(known_) stillThere;
-  for (const BarItem& item : bar->items()) {
+  for (const BarItem& item : bar.items()) {
     if (item.pid == 0) continue;
     auto& application = byPid[item.pid];
     if (!application) {
       const auto found = known_.find(item.id);
-      application = found != known_.end()
-                        ? found->second
-                        : std::make_shared<RunningApplication>(describe(item.pid));
+      application = found != known_.end() ? found->second
+                                          : std::make_shared<RunningApplication>(
+                                                describe(item.pid, identities_.identify(item.pid)));
       applications.push_back(*application);
+      owners_.insert(item.pid);
     }
     stillThere.emplace(item.id, application);
   }
@@ -45,18 +59,42 @@ std::vector<RunningApplication> BarWorkspace::runningApplications() {
   return applications;
 }
 
-RunningApplication BarWorkspace::describe(std::int32_t pid) {
+std::vector<RunningApplication> BarWorkspace::everyApplication() {
+  std::set<std::int32_t> shown = windowOwners_();
+  shown.insert(owners_.begin(), owners_.end());
+  const std::vector<std::int32_t> pids = processes_.list(shown);
+  std::erase_if(owners_, [&](std::int32_t pid) {
+    return !std::binary_search(pids.begin(), pids.end(), pid);
+  });
+  std::vector<RunningApplication> applications;
+  std::unordered_map<std::string, std::size_t> places;  // by identifier
+  auto identities = identities_.identify(pids);
+  for (std::size_t i = 0; i < pids.size(); ++i) {
+    if (!identities[i]) continue;
+    const auto [place, isNew] = places.emplace(identities[i]->bundleId, applications.size());
+    if (isNew) {
+      applications.push_back(describe(pids[i], std::move(identities[i])));
+    } else if (auto& first = applications[place->second];
+               !first.localizedName && !identities[i]->name.empty()) {
+      first = describe(pids[i], std::move(identities[i]));  // that of its processes with a window
+    }
+  }
+  return applications;
+}
+
+// Whatever runs has a picture: without one of its own, one under its other names.
+RunningApplication BarWorkspace::describe(
+    std::int32_t pid, std::optional<desktop::ApplicationIdentity> identity) const {
   RunningApplication application;
   application.processIdentifier = pid;
   if (pid == getpid()) {
     application.bundleIdentifier = ownIdentifier_;
     return application;
   }
-  auto identity = identities_.identify(pid);
   if (!identity) return application;
   application.bundleIdentifier = std::move(identity->bundleId);
   if (!identity->name.empty()) application.localizedName = std::move(identity->name);
-  if (!identity->icon.empty()) application.icon = ThemeIcon{std::move(identity->icon)};
+  application.icon = ThemeIcon{std::move(identity->icon), std::move(identity->otherIcons)};
   return application;
 }
 

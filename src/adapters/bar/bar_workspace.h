@@ -3,43 +3,56 @@
 #include <QObject>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "adapters/bar/bar_connection.h"
 #include "adapters/bar/bar_snapshots.h"
 #include "adapters/desktop/identity.h"
+#include "adapters/desktop/session_processes.h"
 #include "platform/callback_list.h"
 #include "platform/workspace.h"
 
 namespace tarnwick {
 
-// The applications that own status items, in the order in which they appeared in the bar.
+// The applications of this session by its processes and windows. The bar is asked for its items
+// only when a snapshot of them lives anyway.
 class BarWorkspace : public QObject, public Workspace {
   Q_OBJECT
 
  public:
-  // `ownIdentifier` names this process.
+  // `windowOwners` tells the processes that have windows, `ownIdentifier` names this process.
   BarWorkspace(BarConnection& bar, BarSnapshots& snapshots, desktop::IdentityResolver& identities,
-               std::string ownIdentifier);
+               std::function<std::set<std::int32_t>()> windowOwners, std::string ownIdentifier);
 
   std::vector<RunningApplication> runningApplications() override;
   Registration onApplicationLaunched(std::function<void()> callback) override;
 
  private:
-  RunningApplication describe(std::int32_t pid);
+  std::vector<RunningApplication> itemOwners(const BarPicture& bar);
+  std::vector<RunningApplication> everyApplication();
+  RunningApplication describe(std::int32_t pid,
+                              std::optional<desktop::ApplicationIdentity> identity) const;
   bool isNews(int pid);
 
   BarSnapshots& snapshots_;
   desktop::IdentityResolver& identities_;
+  const std::function<std::set<std::int32_t>()> windowOwners_;
   const std::string ownIdentifier_;
+  desktop::SessionProcesses processes_;
+  std::set<std::int32_t> owners_;  // processes that have had status items and live
   CallbackList launched_;
   std::map<int, std::chrono::steady_clock::time_point> announced_;  // within the last second
   // By status item: as long as an item stands in the bar its owner is the same process, so that
-  // only new items' owners are looked up.
+  // only new items' owners are looked up, and all when there is something new to be told of them.
   std::unordered_map<std::uint64_t, std::shared_ptr<const RunningApplication>> known_;
+  std::uint64_t revision_ = 0;
 };
 
 }  // namespace tarnwick

@@ -160,7 +160,9 @@ void Switch::paintEvent(QPaintEvent*) {
   if (hasIcon_) {
     if (!icon_) icon_ = themeIcon_ ? iconOf(*themeIcon_) : QIcon();
     const QRect place(textLeft, (height() - iconSide) / 2, iconSide, iconSide);
-    icon_->paint(&painter, placed(place));
+    if (!icon_->isNull()) {
+      painter.drawPixmap(placed(place), applicationPixmap(*icon_, iconSide, devicePixelRatioF()));
+    }
     textLeft += iconSide + iconSpacing;
   }
   const QRect text = placed(QRect(textLeft, 0, textRight - textLeft, height()));

@@ -103,7 +103,7 @@ void PanelCell::paintEvent(QPaintEvent*) {
     QRect target(0, 0, side, side);
     target.moveCenter(rect().center());
     if (!icon_) icon_ = iconOf(*themed);
-    painter.drawPixmap(target, icon_->pixmap(target.size(), devicePixelRatioF()));
+    painter.drawPixmap(target, applicationPixmap(*icon_, side, devicePixelRatioF()));
   }
 }
 

@@ -2,14 +2,17 @@
 
 #include <QIcon>
 #include <QString>
+#include <QStringList>
 
-#include "dbusmenu/picture_file.h"
+#include "look/application_icon.h"
 #include "platform/workspace.h"
 
 namespace tarnwick {
 
 inline QIcon iconOf(const ThemeIcon& icon) {
-  return namedIcon(QString::fromStdString(icon.name));
+  QStringList names{QString::fromStdString(icon.name)};
+  for (const std::string& name : icon.otherNames) names += QString::fromStdString(name);
+  return applicationIcon(names);
 }
 
 }  // namespace tarnwick

@@ -12,23 +12,11 @@ namespace tarnwick::x11 {
 
 namespace {
 
-constexpr std::size_t mostWindows = 1000;
 constexpr std::uint32_t mostDesktops = 64;
-constexpr std::uint32_t longestText = 64;  // in units of four bytes
-constexpr std::size_t atomCount = 8;
-enum AtomName : std::size_t {
-  clientList,
-  activeWindow,
-  wmPid,
-  gtkId,
-  kdeFile,
-  bamfFile,
-  workAreas,
-  currentDesktop
-};
+constexpr std::size_t atomCount = 3;
+enum AtomName : std::size_t { activeWindow, workAreas, currentDesktop };
 constexpr std::array<std::string_view, atomCount> atomNames = {
-    "_NET_CLIENT_LIST",         "_NET_ACTIVE_WINDOW", "_NET_WM_PID",   "_GTK_APPLICATION_ID",
-    "_KDE_NET_WM_DESKTOP_FILE", "_BAMF_DESKTOP_FILE", "_NET_WORKAREA", "_NET_CURRENT_DESKTOP"};
+    "_NET_ACTIVE_WINDOW", "_NET_WORKAREA", "_NET_CURRENT_DESKTOP"};
 
 // Qt's own connection to the server and what is asked for by name on it.
 struct Server {
@@ -54,14 +42,6 @@ struct Server {
     return {first, first + xcb_get_property_value_length(reply.get()) / 4};
   }
 
-  std::string text(xcb_get_property_cookie_t cookie) const {
-    const Reply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection, cookie, nullptr));
-    if (!reply || reply->format != 8) return {};
-    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
-            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
-  }
-
  private:
   Server() {
     connection = server();
@@ -80,51 +60,11 @@ struct Server {
   }
 };
 
-// WM_CLASS: instance and class, each ended by a zero byte.
-desktop::WindowHints hintsOf(const Server& server, xcb_window_t window) {
-  constexpr auto any = XCB_GET_PROPERTY_TYPE_ANY;
-  const std::array ids = {server.ask(window, server.atoms[gtkId], any, longestText),
-                          server.ask(window, server.atoms[kdeFile], any, longestText),
-                          server.ask(window, server.atoms[bamfFile], any, longestText)};
-  const auto classCookie = server.ask(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, longestText);
-  desktop::WindowHints hints;
-  for (const auto cookie : ids) {
-    auto id = server.text(cookie);
-    if (hints.applicationId.empty()) hints.applicationId = std::move(id);
-  }
-  const std::string names = server.text(classCookie);
-  const auto middle = names.find('\0');
-  if (middle != std::string::npos) {
-    hints.windowInstance = names.substr(0, middle);
-    hints.windowClass = names.substr(middle + 1, names.find('\0', middle + 1) - middle - 1);
-  }
-  return hints;
-}
-
 }  // namespace
 
 std::shared_ptr<void> connectToServer() {
   const std::shared_ptr<xcb_connection_t> connection(xcb_connect(nullptr, nullptr), xcb_disconnect);
   return xcb_connection_has_error(connection.get()) == 0 ? connection : nullptr;
-}
-
-std::vector<desktop::WindowHints> windowHints(std::int32_t pid) {
-  const Server* server = Server::get();
-  if (!server) return {};
-  const auto windows = server->numbers(server->ask(server->root, server->atoms[clientList],
-                                                   XCB_ATOM_WINDOW, std::uint32_t{mostWindows}));
-  std::vector<xcb_get_property_cookie_t> cookies;
-  for (const auto window : windows) {
-    cookies.push_back(server->ask(window, server->atoms[wmPid], XCB_ATOM_CARDINAL, 1));
-  }
-  std::vector<desktop::WindowHints> hints;
-  for (std::size_t i = 0; i < windows.size(); ++i) {
-    const auto owner = server->numbers(cookies[i]);
-    if (owner.size() == 1 && owner[0] == static_cast<std::uint32_t>(pid)) {
-      hints.push_back(hintsOf(*server, windows[i]));
-    }
-  }
-  return hints;
 }
 
 std::optional<QRect> workArea() {

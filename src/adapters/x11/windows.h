@@ -2,22 +2,14 @@
 
 #include <QPoint>
 #include <QRect>
-#include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
-
-#include "adapters/desktop/identity.h"
 
 namespace tarnwick::x11 {
 
 // A connection to the X server that $DISPLAY names; empty when it cannot be reached. To be held
 // until another one is made: some servers start anew when their last client leaves.
 std::shared_ptr<void> connectToServer();
-
-// What the managed windows of a process say of their application, by _NET_CLIENT_LIST and
-// _NET_WM_PID. Needs a QGuiApplication; asks the X server.
-std::vector<desktop::WindowHints> windowHints(std::int32_t pid);
 
 // What docks leave of the root window on the present desktop (_NET_WORKAREA), in device pixels.
 // Absent without a window manager that tells.
