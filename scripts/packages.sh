@@ -9,7 +9,7 @@ run_packages="libqt6svg6 libqt6gui6 dbus-daemon adwaita-icon-theme fonts-dejavu-
 
 # A virtual desktop and third-party status items to live in it.
 desktop_packages="xvfb openbox picom at-spi2-core x11-xkb-utils x11-xserver-utils xdotool copyq
-  diodon gxkb parcellite volumeicon-alsa"
+  diodon gxkb parcellite remmina volumeicon-alsa"
 
 check_packages="clang-format"
 

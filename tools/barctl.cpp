@@ -49,9 +49,15 @@ int main(int argc, char** argv) {
   BarProxy bar(bus);
   BarItems items = bar.items();
   if (bar.error().endsWith(".AccessDenied")) {
-    err << "barctl: asking you for access to the bar's items\n" << Qt::flush;
+    err << "barctl: the bar asks you whether barctl may see other applications' items.\n"
+           "barctl: waiting for your answer in its dialog; Ctrl+C ends the waiting.\n"
+        << Qt::flush;
     bar.requestAccess("accessibility");
     items = bar.items();
+  }
+  if (bar.error().endsWith(".AccessDenied")) {
+    err << "barctl: you have not allowed it. The bar's privacy settings can change that.\n";
+    return 1;
   }
   if (!bar.error().isEmpty()) {
     err << "barctl: " << bar.error() << "\n";

@@ -1,7 +1,7 @@
-// The main job on a virtual desktop with real applications of both tray protocols: two of them are
-// hidden, one is brought back, the panel is opened, a shortcut is recorded and used. Prints every
-// item's place at each step, leaves pictures in the folder given (default "out") and fails when an
-// item is not where it should be.
+// The main job on a virtual desktop with real applications of both tray protocols: three of them
+// are hidden, one is brought back, the panel is opened, a shortcut is recorded and used. Prints
+// every item's place at each step, leaves pictures in the folder given (default "out") and fails
+// when an item is not where it should be.
 
 #include <signal.h>
 
@@ -34,6 +34,7 @@ const std::vector<Client> clients = {{"copyq", "com.github.hluk.copyq"},
                                      {"gxkb", "gxkb"},
                                      {"diodon", "diodon"},
                                      {"parcellite", "parcellite"},
+                                     {"remmina", "org.remmina.Remmina"},
                                      {"volumeicon", "volumeicon"}};
 
 class Demo {
@@ -242,15 +243,17 @@ int Demo::run() {
   }
   const QString first = clients[0].bundleId;   // a StatusNotifierItem
   const QString second = clients[3].bundleId;  // an XEmbed icon
+  const QString third = clients[4].bundleId;   // known by a menu entry that starts a script
   const auto hide = [&](const QString& id) { return desktop_.activateAction("hide", id); };
   const auto release = [&](const QString& id) { return desktop_.activateAction("release", id); };
   // One after the other: a pass that is asked for during a pass is dropped.
   const bool done = hide(first) && expectHidden("One hidden: " + first, {first}) && hide(second) &&
                     expectHidden("Two hidden: " + first + " and " + second, {first, second}) &&
-                    release(first) && expectHidden("Released: " + first, {second}) && hide(first) &&
-                    expectHidden("Hidden again: " + first, {first, second}) && showCache() &&
-                    showPanel("statusIcon") && showPanel("appIcon") && showSettings() &&
-                    showShortcuts();
+                    hide(third) && expectHidden("Three hidden: " + third, {first, second, third}) &&
+                    release(first) && expectHidden("Released: " + first, {second, third}) &&
+                    hide(first) && expectHidden("Hidden again: " + first, {first, second, third}) &&
+                    showCache() && showPanel("statusIcon") && showPanel("appIcon") &&
+                    showSettings() && showShortcuts();
   if (interrupted != 0) {
     out_ << "\nInterrupted." << Qt::endl;
     return 130;

@@ -32,6 +32,7 @@ struct Options {
   bool dieDocked = false;
   bool parentRelative = false;
   bool unmapped = false;
+  bool window = false;
 };
 
 class Client {
@@ -57,7 +58,7 @@ class Client {
       std::fprintf(stderr, "no visual of depth %d\n", options_.depth);
       return 1;
     }
-    askToDock();
+    if (!options_.window) askToDock();
     while (!xcb_connection_has_error(server_)) {
       while (Owned<xcb_generic_event_t> event{xcb_poll_for_event(server_)}) handle(event.get());
       if (quit_) return 0;
@@ -212,7 +213,7 @@ class Client {
   }
 
   void message(const xcb_client_message_event_t* event) {
-    if (event->type == manager_ && event->data.data32[1] == tray_) {
+    if (event->type == manager_ && event->data.data32[1] == tray_ && !options_.window) {
       say("manager");
       askToDock();
     } else if (event->type == xembed_ && event->data.data32[1] == 0) {
@@ -252,6 +253,7 @@ class Client {
   void obey(const std::string& command) {
     const auto argument = command.substr(std::min(command.size(), command.find(' ') + 1));
     if (command == "map" || command == "unmap") setMapped(command == "map");
+    if (command == "show") xcb_map_window(server_, icon_);
     if (command.starts_with("title ")) setText(XCB_ATOM_WM_NAME, argument);
     if (command.starts_with("colour ")) {
       options_.colour = static_cast<std::uint32_t>(std::stoul(argument, nullptr, 16));
@@ -285,7 +287,8 @@ class Client {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   QCommandLineParser parser;
-  parser.setApplicationDescription("Standard input: colour AARRGGBB, title TEXT, map, unmap.");
+  parser.setApplicationDescription(
+      "Standard input: colour AARRGGBB, title TEXT, map, unmap, show.");
   parser.addHelpOption();
   parser.addOptions({
       {"depth", "of the icon's visual: 24 or 32", "bits", "32"},
@@ -294,6 +297,7 @@ int main(int argc, char** argv) {
       {"name", "WM_CLASS instance and title", "text", "fake-xembed"},
       {"parent-relative", "shows its parent around its picture, not black (depth 24)"},
       {"unmapped", "_XEMBED_INFO says not mapped"},
+      {"window", "an ordinary window instead of an icon, in sight once told to show"},
       {"resize-loop", "asks for another size all the time"},
       {"die-between", "ends right after asking to be docked"},
       {"die-docked", "ends once docked"},
@@ -309,6 +313,7 @@ int main(int argc, char** argv) {
       .dieDocked = parser.isSet("die-docked"),
       .parentRelative = parser.isSet("parent-relative"),
       .unmapped = parser.isSet("unmapped"),
+      .window = parser.isSet("window"),
   };
   int screenNumber = 0;
   xcb_connection_t* server = xcb_connect(nullptr, &screenNumber);

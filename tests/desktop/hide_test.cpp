@@ -55,6 +55,17 @@ TEST_F(HideTest, AnItemCrossesABoundaryBeyondTheBarsLeftEndAndComesBack) {
   EXPECT_TRUE(waitFor([&] { return boundaryLength() == 2 && order() == before; })) << row();
 }
 
+// Its menu entry starts a script; the entry that names the program itself only opens files.
+TEST_F(HideTest, AnApplicationIsKnownByItsMenuEntry) {
+  grantUtility();
+  startBar();
+  startClients({remmina, parcellite});
+  startUtility();
+  ASSERT_TRUE(hide(remmina));
+  EXPECT_TRUE(waitFor([&] { return collapsed() && hidden(remmina); })) << row();
+  EXPECT_TRUE(shown(parcellite)) << row();
+}
+
 TEST_F(HideTest, ApplicationStartedLaterIsPutAwayThreeSecondsAfterItsLaunch) {
   grantUtility();
   hideInDefaults({gxkb, parcellite});

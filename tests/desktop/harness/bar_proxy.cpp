@@ -10,9 +10,23 @@
 namespace tarnwick::test {
 
 BarProxy::BarProxy(QDBusConnection bus)
-    : bus_(std::move(bus)), identities_(std::make_unique<desktop::IdentityResolver>()) {}
+    : bus_(std::move(bus)),
+      identities_(std::make_unique<desktop::IdentityResolver>(
+          desktop::IdentityResolver::WindowHintsOf(), "/proc",
+          [this](std::int32_t pid) { return namesOf(pid); })) {}
 
 BarProxy::~BarProxy() = default;
+
+std::vector<std::string> BarProxy::namesOf(std::int32_t pid) const {
+  std::vector<std::string> names;
+  for (const QString& name : bus_.interface()->registeredServiceNames().value()) {
+    const bool wellKnown = !name.startsWith(':');
+    if (wellKnown && bus_.interface()->servicePid(name).value() == static_cast<uint>(pid)) {
+      names.push_back(name.toStdString());
+    }
+  }
+  return names;
+}
 
 bool BarProxy::running() const {
   return bus_.interface()->isServiceRegistered(service);

@@ -78,6 +78,9 @@ class BarProxy {
                     int timeOut = 5000);  // milliseconds
 
  private:
+  // Well-known names that the process owns on the bus.
+  std::vector<std::string> namesOf(std::int32_t pid) const;
+
   QDBusConnection bus_;
   QString error_;
   std::unique_ptr<desktop::IdentityResolver> identities_;

@@ -13,11 +13,12 @@ struct Client {
   const char* program;
   const char* bundleId;
 };
-inline constexpr Client copyq{"copyq", "com.github.hluk.copyq"};  // StatusNotifierItem, Qt
-inline constexpr Client gxkb{"gxkb", "gxkb"};                     // StatusNotifierItem, ayatana
-inline constexpr Client diodon{"diodon", "diodon"};               // StatusNotifierItem, ayatana
-inline constexpr Client parcellite{"parcellite", "parcellite"};   // XEmbed, GTK 2
-inline constexpr Client volumeicon{"volumeicon", "volumeicon"};   // XEmbed, GTK 3
+inline constexpr Client copyq{"copyq", "com.github.hluk.copyq"};    // StatusNotifierItem, Qt
+inline constexpr Client gxkb{"gxkb", "gxkb"};                       // StatusNotifierItem, ayatana
+inline constexpr Client diodon{"diodon", "diodon"};                 // StatusNotifierItem, ayatana
+inline constexpr Client parcellite{"parcellite", "parcellite"};     // XEmbed, GTK 2
+inline constexpr Client remmina{"remmina", "org.remmina.Remmina"};  // StatusNotifierItem, ayatana
+inline constexpr Client volumeicon{"volumeicon", "volumeicon"};     // XEmbed, GTK 3
 
 // A desktop with the bar, clients and the utility on it, and what can be said about their items.
 class StatusDesktopTest : public DesktopTest {
