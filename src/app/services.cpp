@@ -13,9 +13,8 @@ Services::Services(const QDBusConnection& bus, std::string program)
     : screens_(x11::activeWindowCentre, x11::workArea),
       busNames_(bus, [this] { identities_.sourcesChanged(); }),
       bar_(loop_, bus),
-      workspace_(
-          bar_, snapshots_, identities_, [this] { return clientWindows_.processes(); },
-          application_.bundleIdentifier()),
+      workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier(),
+                 [this] { return clientWindows_.processes(); }),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
       presses_([this](QPoint rootPixels) { return isOurItem(rootPixels); }),
       locks_(bus),

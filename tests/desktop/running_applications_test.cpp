@@ -52,12 +52,17 @@ TEST_F(RunningApplicationsTest, AreToldWithoutPermissionAndWithoutAnItem) {
   startClients({copyq, parcellite});
   Program& windowed = desktop.start("fake_xembed_client", {"--window"});
   const Client window{"", "fake_xembed_client"};
-  hideInDefaults({copyq, parcellite, window, gxkb, {"", "not-running"}});
+  const Client onBus{"fake_portal", "org.freedesktop.portal.Desktop"};
+  install(onBus.bundleId, "Name=By its bus name\nExec=something-else");
+  desktop.start(onBus.program, {"2"});
+  ASSERT_TRUE(waitFor([&] { return desktop.ownerOf(onBus.bundleId) != 0; }));
+  hideInDefaults({copyq, parcellite, window, onBus, gxkb, {"", "not-running"}});
   startUtility();
   openPanel();
   for (const auto& [name, picture] : {std::pair("CopyQ", true),
                                       {"Parcellite", true},
                                       {"fake_xembed_client", true},
+                                      {"By its bus name", true},
                                       {"gxkb", false},
                                       {"not-running", false}}) {
     EXPECT_TRUE(waitFor([&] { return lists(name, picture); })) << name;

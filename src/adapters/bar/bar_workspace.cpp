@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <QTimer>
 #include <algorithm>
 #include <utility>
 
@@ -9,19 +10,26 @@ namespace tarnwick {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+constexpr auto firstLook = 1500ms;  // after the first pass
+
+}  // namespace
+
 BarWorkspace::BarWorkspace(BarConnection& bar, BarSnapshots& snapshots,
-                           desktop::IdentityResolver& identities,
-                           std::function<std::set<std::int32_t>()> windowOwners,
-                           std::string ownIdentifier)
+                           desktop::IdentityResolver& identities, std::string ownIdentifier,
+                           std::function<std::set<std::int32_t>()> windowOwners)
     : snapshots_(snapshots),
       identities_(identities),
-      windowOwners_(std::move(windowOwners)),
-      ownIdentifier_(std::move(ownIdentifier)) {
+      ownIdentifier_(std::move(ownIdentifier)),
+      windowOwners_(std::move(windowOwners)) {
   connect(&bar, &BarConnection::applicationAppeared, this, [this](int pid) {
     owners_.insert(pid);
     if (pid != getpid() && isNews(pid)) launched_.notify();
   });
   connect(&bar, &BarConnection::vanished, this, [this] { known_.clear(); });  // ids begin anew
+  // The first look at every process takes a while; better now than at the panel's first opening.
+  QTimer::singleShot(firstLook, this, [this] { everyApplication(); });
 }
 
 // A client that takes its item away and brings it back without end is news once a second.
@@ -60,7 +68,7 @@ std::vector<RunningApplication> BarWorkspace::itemOwners(const BarPicture& bar) 
 }
 
 std::vector<RunningApplication> BarWorkspace::everyApplication() {
-  std::set<std::int32_t> shown = windowOwners_();
+  auto shown = windowOwners_ ? windowOwners_() : std::set<std::int32_t>();
   shown.insert(owners_.begin(), owners_.end());
   const std::vector<std::int32_t> pids = processes_.list(shown);
   std::erase_if(owners_, [&](std::int32_t pid) {

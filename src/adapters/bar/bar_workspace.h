@@ -27,9 +27,11 @@ class BarWorkspace : public QObject, public Workspace {
   Q_OBJECT
 
  public:
-  // `windowOwners` tells the processes that have windows, `ownIdentifier` names this process.
+  // `ownIdentifier` names this process. `windowOwners`, if given, tells the processes that have
+  // windows.
   BarWorkspace(BarConnection& bar, BarSnapshots& snapshots, desktop::IdentityResolver& identities,
-               std::function<std::set<std::int32_t>()> windowOwners, std::string ownIdentifier);
+               std::string ownIdentifier,
+               std::function<std::set<std::int32_t>()> windowOwners = {});
 
   std::vector<RunningApplication> runningApplications() override;
   Registration onApplicationLaunched(std::function<void()> callback) override;
@@ -43,8 +45,8 @@ class BarWorkspace : public QObject, public Workspace {
 
   BarSnapshots& snapshots_;
   desktop::IdentityResolver& identities_;
-  const std::function<std::set<std::int32_t>()> windowOwners_;
   const std::string ownIdentifier_;
+  const std::function<std::set<std::int32_t>()> windowOwners_;
   desktop::SessionProcesses processes_;
   std::set<std::int32_t> owners_;  // processes that have had status items and live
   CallbackList launched_;

@@ -60,10 +60,11 @@ std::optional<DesktopFile> readDesktopFile(const std::string& path) {
 
 void addOther(DesktopEntry& entry, std::string program) {
   if (program.empty() || program == entry.program || runsScripts(program) ||
-      std::ranges::find(entry.others, program) != entry.others.end()) {
+      std::ranges::find(entry.others, program, &NamedProgram::program) != entry.others.end()) {
     return;
   }
-  entry.others.push_back(std::move(program));
+  std::string name = canonicalName(programName(program));
+  entry.others.push_back({std::move(program), std::move(name)});
 }
 
 DesktopEntry makeEntry(const std::string& id, DesktopFile file) {
@@ -114,8 +115,8 @@ int certainty(const DesktopEntry& entry, std::string_view path, std::string_view
   if (name.empty()) return 0;
   const int exec = likeness(entry.program, entry.programName, path, name);
   int other = 0;
-  for (const std::string& program : entry.others) {
-    other = std::max(other, likeness(program, canonicalName(programName(program)), path, name));
+  for (const auto& [program, named] : entry.others) {
+    other = std::max(other, likeness(program, named, path, name));
   }
   if (exec == 0 && other == 0) return 0;
   int sure = 16 * exec + other;

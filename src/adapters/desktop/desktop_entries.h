@@ -11,6 +11,12 @@
 
 namespace tarnwick::desktop {
 
+// A program as a command names it.
+struct NamedProgram {
+  std::string program;
+  std::string name;  // see canonicalName
+};
+
 // What is kept of one installed application's desktop file to find it by.
 struct DesktopEntry {
   std::string id;           // without ".desktop"
@@ -18,7 +24,7 @@ struct DesktopEntry {
   std::string programName;  // of that, see canonicalName
   // Further programs of the application: of TryExec, the desktop actions and, once it was looked
   // into, a start script that is `program`.
-  std::vector<std::string> others;
+  std::vector<NamedProgram> others;
   std::string windowClass;  // StartupWMClass
   std::uint32_t folder = 0;
   bool hasArguments = false;
