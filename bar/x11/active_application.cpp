@@ -30,7 +30,9 @@ bool ActiveApplication::nativeEventFilter(const QByteArray&, void* message, qint
   const auto* event = static_cast<xcb_generic_event_t*>(message);
   if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY) return false;
   const auto* change = static_cast<xcb_property_notify_event_t*>(message);
-  if (change->window == rootWindow() && change->atom == atoms().netActiveWindow) schedule();
+  if (change->window != rootWindow()) return false;
+  if (change->atom == atoms().netActiveWindow) schedule();
+  if (change->atom == atoms().netClientList) identities_.sourcesChanged();
   return false;
 }
 

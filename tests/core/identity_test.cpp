@@ -433,6 +433,8 @@ TEST_F(IdentityTest, ForgetsProcessesThatAreGone) {
   EXPECT_EQ(idOf(7), "one");
   run(7, {"/usr/bin/two", {"two"}, {}, "0::/x", 1, 1, 0, {}, {}, "/", "two", 6000});
   EXPECT_EQ(idOf(7), "two") << "the process id was given to another";
+  run(7, {"/usr/bin/three", {"three"}, {}, "0::/x", 1, 1, 0, {}, {}, "/", "three", 6000});
+  EXPECT_EQ(idOf(7), "three") << "the process executed another program";
   fs::remove_all(root_ / "proc/7");
   EXPECT_EQ(idOf(7), "(absent)");
 }

@@ -69,8 +69,12 @@ std::vector<std::optional<ApplicationIdentity>> IdentityResolver::identify(
 
 std::optional<ApplicationIdentity> IdentityResolver::lookUp(std::int32_t pid) {
   if (pid <= 0) return std::nullopt;
+  const Process process(procRoot_, pid);
+  std::string executable = process.executable();
   const auto found = known_.find(pid);
-  Known* known = found == known_.end() ? nullptr : &found->second;
+  // A start script may have become the application, a launcher's child what it was to launch.
+  Known* known =
+      found != known_.end() && found->second.executable == executable ? &found->second : nullptr;
   const bool watched = known && known->handle && !ended(known->handle);
   if (watched && isCurrent(pid, *known)) return known->identity;
   // The handle is taken before anything is read, so that both are of the same process.
@@ -80,7 +84,7 @@ std::optional<ApplicationIdentity> IdentityResolver::lookUp(std::int32_t pid) {
   } else if (procRoot_ == "/proc" && known_.size() < kMaxHandles) {
     fresh.handle = UniqueFd(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
   }
-  const std::optional<Process::Stat> stat = Process(procRoot_, pid).stat();
+  const std::optional<Process::Stat> stat = process.stat();
   if (!stat) {
     known_.erase(pid);
     return std::nullopt;
@@ -95,6 +99,7 @@ std::optional<ApplicationIdentity> IdentityResolver::lookUp(std::int32_t pid) {
   if (keeps) fresh.identity = known->identity;
   fresh.guessed = answer.guessed && !keeps;
   fresh.startTime = stat->startTime;
+  fresh.executable = std::move(executable);
   fresh.revision = revision_;
   fresh.entriesRevision = entriesRevision_;
   forgetEnded();

@@ -33,9 +33,9 @@ struct WindowHints {
 
 class DesktopEntries;
 
-// Finds applications by process through /proc and desktop files. An answer is remembered for the
-// process's life, so that asking again costs little; a guess is looked into again when something
-// new may lead further.
+// Finds applications by process through /proc and desktop files. An answer is remembered as long as
+// the process lives and executes the same program, so that asking again costs little; a guess is
+// looked into again when something new may lead further.
 class IdentityResolver {
  public:
   using WindowHintsOf = std::function<std::vector<WindowHints>(std::int32_t)>;
@@ -44,14 +44,14 @@ class IdentityResolver {
   // `windowHints`, if given, tells what the process's windows say of themselves; asked only for the
   // name and icon when the process itself led to no desktop file, so that the bundle id does not
   // depend on the moment of asking. `busNames`, if given, tells the well-known names that the
-  // process owns on the session bus. Both answer from memory; see sourcesChanged().
+  // process owns on the session bus. Both are asked anew only after sourcesChanged().
   // `procRoot` is "/proc" but for tests.
   explicit IdentityResolver(WindowHintsOf windowHints = {}, std::string procRoot = "/proc",
                             BusNamesOf busNames = {});
   ~IdentityResolver();
 
   // Absent when there is no such process. The id of an application that was told for sure stays as
-  // it is while the process lives.
+  // it is.
   std::optional<ApplicationIdentity> identify(std::int32_t pid);
   // The same for many, in their order.
   std::vector<std::optional<ApplicationIdentity>> identify(const std::vector<std::int32_t>& pids);
@@ -70,6 +70,7 @@ class IdentityResolver {
   struct Known {
     std::uint64_t startTime = 0;
     UniqueFd handle;  // readable once the process has ended; none where the kernel gives none
+    std::string executable;
     ApplicationIdentity identity;
     bool guessed = true;
     std::uint64_t revision = 0;         // at which it was last looked into

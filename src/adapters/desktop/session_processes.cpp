@@ -39,6 +39,15 @@ bool agree(std::string_view one, std::string_view other) {
   return !one.empty() && one == other;
 }
 
+bool hasJustStarted(const Process& process) {
+  constexpr int soon = 2;  // seconds
+  const auto stat = process.stat();
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  const auto second = static_cast<std::uint64_t>(sysconf(_SC_CLK_TCK));
+  return stat && stat->startTime / second + soon >= static_cast<std::uint64_t>(now.tv_sec);
+}
+
 }  // namespace
 
 std::vector<std::int32_t> SessionProcesses::list(const std::set<std::int32_t>& also) {
@@ -56,9 +65,9 @@ std::vector<std::int32_t> SessionProcesses::list(const std::set<std::int32_t>& a
     }
     const Folder stamp{info.st_ino, info.st_ctim.tv_sec, info.st_ctim.tv_nsec};
     const auto found = known_.find(pid);
-    Known known = found != known_.end() && found->second.folder == stamp
-                      ? found->second
-                      : examine(pid, info.st_uid == getuid());
+    const bool isKnown =
+        found != known_.end() && found->second.folder == stamp && !found->second.young;
+    Known known = isKnown ? found->second : examine(pid, info.st_uid == getuid());
     known.folder = stamp;
     present.emplace(pid, known);
   }
@@ -73,6 +82,7 @@ SessionProcesses::Known SessionProcesses::examine(std::int32_t pid, bool ownFold
   Known known;
   const Process process(procRoot_, pid);
   known.alive = !process.arguments().empty();
+  known.young = known.alive && hasJustStarted(process);
   // A hardened process's folder is root's.
   if (!known.alive || !(ownFolder || process.user() == getuid())) return known;
   if (!process.hasEnvironment()) {

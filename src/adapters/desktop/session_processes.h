@@ -32,6 +32,7 @@ class SessionProcesses {
     Folder folder;
     bool alive = false;  // no thread of the kernel and no process that has ended
     bool ours = false;
+    bool young = false;  // it may yet become another program, with another environment
   };
 
   Known examine(std::int32_t pid, bool ownFolder) const;
