@@ -511,6 +511,10 @@ TEST(CommandTest, FindsWhatStartScriptsHandOverTo) {
   };
   for (const auto& [script, programs] : cases)
     EXPECT_EQ(wrappedPrograms(script), programs) << script;
+  std::string endless = "#!/bin/sh\nA=aaaaaaaaaa\n";
+  for (int i = 0; i < 60; ++i) endless += "A=$A$A\n";
+  endless += "exec $A" + std::string(60'000, '$') + "\n";
+  EXPECT_EQ(wrappedPrograms(endless), Words{});
 }
 
 }  // namespace

@@ -18,6 +18,8 @@ namespace {
 constexpr std::size_t largestScript = 64 << 10;
 constexpr std::size_t mostPrograms = 8;
 constexpr std::size_t mostValues = 8;  // of one variable
+constexpr std::size_t longestWord = 1000;
+constexpr std::size_t mostWords = 64;  // of a command
 
 using Words = std::vector<std::string>;
 // Every value that the script gives a variable on some way through it.
@@ -74,6 +76,7 @@ std::pair<std::string_view, std::size_t> variableAt(std::string_view text) {
 // itself is unknown.
 Words expand(std::string_view word, const Variables& variables) {
   const std::size_t dollar = word.find_first_of("$`");
+  if (word.size() > longestWord) return {};
   if (dollar == word.npos) return {std::string(word)};
   const auto [name, length] =
       word[dollar] == '$' ? variableAt(word.substr(dollar)) : std::pair(std::string_view(), 0ul);
@@ -83,8 +86,10 @@ Words expand(std::string_view word, const Variables& variables) {
     const Words rests = expand(word.substr(dollar + length), variables);
     for (const std::string& value : known->second) {
       for (const std::string& rest : rests) {
-        if (found.size() < mostValues)
-          found.push_back(std::string(word.substr(0, dollar)) + value + rest);
+        std::string whole = std::string(word.substr(0, dollar)) + value + rest;
+        if (found.size() < mostValues && whole.size() <= longestWord) {
+          found.push_back(std::move(whole));
+        }
       }
     }
   }
@@ -125,11 +130,11 @@ bool handsOver(const Words& command) {
 void addPrograms(const Words& command, const Variables& variables, Words& programs) {
   // Alternatives differ in one word: the others are taken at their last value.
   Words plain;
-  for (const std::string& word : command) {
-    const Words values = expand(word, variables);
+  for (std::size_t i = 0; i < std::min(command.size(), mostWords); ++i) {
+    const Words values = expand(command[i], variables);
     plain.push_back(values.empty() ? std::string() : values.back());
   }
-  for (std::size_t i = 0; i < command.size(); ++i) {
+  for (std::size_t i = 0; i < plain.size(); ++i) {
     for (const std::string& value : expand(command[i], variables)) {
       Words words = plain;
       words[i] = value;
