@@ -49,17 +49,23 @@ void BusNames::onOwnerChanged(const QString& name, const QString&, const QString
   if (!now.isEmpty()) ask(name);
 }
 
-// A name that changes its owner meanwhile is asked for again then: the daemon answers in order.
+// One question about a name at a time, however often it changes hands.
 void BusNames::ask(const QString& name) {
-  if (name.startsWith(u':') || owners_.size() + asked_.size() >= mostNames) return;
+  if (name.startsWith(u':')) return;
+  if (const auto asked = asked_.find(name); asked != asked_.end()) {
+    asked->second = true;
+    return;
+  }
+  if (owners_.size() + asked_.size() >= mostNames) return;
   auto message = daemonCall(QStringLiteral("GetConnectionUnixProcessID"));
   message << name;
-  asked_.insert(name);
+  asked_.emplace(name, false);
   auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, daemonDeadline), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this,
           [this, name](QDBusPendingCallWatcher* call) {
             call->deleteLater();
-            asked_.erase(name);
+            const bool again = asked_.extract(name).mapped();
+            if (again) return ask(name);
             const QDBusPendingReply<uint> reply = *call;
             if (reply.isError()) return;
             owners_[name] = static_cast<std::int32_t>(reply.value());

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -32,7 +31,8 @@ class BusNames : public QObject {
   QDBusConnection bus_;
   const std::function<void()> changed_;
   std::map<QString, std::int32_t> owners_;
-  std::set<QString> asked_;  // the daemon's answer is on its way
+  // Names whose owner the daemon is being asked for; true for one that has changed hands since.
+  std::map<QString, bool> asked_;
 };
 
 }  // namespace tarnwick
