@@ -73,6 +73,9 @@ class Item : public QObject {
   // For other programs: open its menu where its owner can be told to (its menu is then read from
   // record().menuPath), or activate it when it has none; and close that menu again.
   virtual void press(QPointF anchor) { Q_UNUSED(anchor) }
+  // For other programs that show its menu themselves, if it has one that can be read: has its owner
+  // show what it shows itself, at `anchor`.
+  virtual void activate(QPointF anchor) { press(anchor); }
   virtual void cancelPress() {}
 
  signals:

@@ -12,12 +12,14 @@ inline constexpr const char* menuBarIntrospection = R"xml(
     <method name="Items">
       <arg name="items" type="a(tisss(dddd)sss)" direction="out"/>
     </method>
-    <!-- Opens an item's menu, or activates it when it has none; closes its menu. Needs
-         "accessibility". -->
+    <!-- Opens an item's menu, or activates it when it has none; closes its menu. A press waits until
+         the user holds no button, for half a minute at most, and takes the place of one that waits.
+         Needs "accessibility". -->
     <method name="Press">
       <arg name="id" type="t" direction="in"/>
     </method>
-    <!-- The same; what the item's owner opens itself is to come up at this point of the screen. -->
+    <!-- Activates an item, also one with a menu, after the same wait; what its owner opens itself is
+         to come up at this point of the screen. -->
     <method name="PressAt">
       <arg name="id" type="t" direction="in"/>
       <arg name="point" type="(dd)" direction="in"/>

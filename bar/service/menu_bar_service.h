@@ -9,6 +9,7 @@
 #include "bar/access/callers.h"
 #include "bar/board.h"
 #include "bar/native/native_items.h"
+#include "bar/x11/free_hand.h"
 #include "look/appearance.h"
 
 namespace tarnwick::bar {
@@ -44,6 +45,7 @@ class MenuBarService : public QDBusVirtualObject {
   void items(const QDBusMessage& message, qint32 pid);
   void press(const QDBusMessage& message, qint32 pid);
   void pressAt(const QDBusMessage& message, qint32 pid);
+  void pressWhenFree(ItemId id, void (Item::*action)(QPointF), QPointF anchor);
   void cancel(const QDBusMessage& message, qint32 pid);
   void render(const QDBusMessage& message, qint32 pid);
   void addItem(const QDBusMessage& message, qint32 pid);
@@ -76,7 +78,9 @@ class MenuBarService : public QDBusVirtualObject {
   QDBusConnection bus_;
   NativeItems native_;
   QRectF frame_;
-  QString poster_;  // who posted the press that is still held; empty for nobody
+  x11::FreeHand hand_;
+  ItemId waiting_ = 0;  // whose press waits for it
+  QString poster_;      // who posted the press that is still held; empty for nobody
 };
 
 }  // namespace tarnwick::bar

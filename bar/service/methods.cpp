@@ -59,26 +59,37 @@ void MenuBarService::press(const QDBusMessage& message, qint32) {
   // What the item opens is to be seen, wherever it stands itself.
   QPointF anchor = board_.anchor(id);
   anchor.setX(std::clamp(anchor.x(), frame_.left(), frame_.right()));
-  item->press(anchor);
+  pressWhenFree(id, &Item::press, anchor);
   reply(message);
 }
 
 void MenuBarService::pressAt(const QDBusMessage& message, qint32) {
-  Item* const item = board_.item(message.arguments()[0].toULongLong());
-  if (!item) return noSuchItem(message);
+  const ItemId id = message.arguments()[0].toULongLong();
+  if (!board_.item(id)) return noSuchItem(message);
   const auto point = qdbus_cast<QPointF>(message.arguments()[1]);
   if (!std::isfinite(point.x()) || !std::isfinite(point.y())) {
     return invalid(message, QStringLiteral("A point is two finite numbers"));
   }
   // Owners show things at their icon, and icons stand in the bar.
-  item->press({std::clamp(point.x(), frame_.left(), frame_.right()),
-               std::clamp(point.y(), frame_.top(), frame_.bottom())});
+  pressWhenFree(id, &Item::activate,
+                {std::clamp(point.x(), frame_.left(), frame_.right()),
+                 std::clamp(point.y(), frame_.top(), frame_.bottom())});
   reply(message);
 }
 
+// Toolkits take the release of a press that their menu has come up under for a choice.
+void MenuBarService::pressWhenFree(ItemId id, void (Item::*action)(QPointF), QPointF anchor) {
+  waiting_ = id;
+  hand_.whenFree([this, id, action, anchor] {
+    if (Item* const item = board_.item(id)) (item->*action)(anchor);
+  });
+}
+
 void MenuBarService::cancel(const QDBusMessage& message, qint32) {
-  Item* const item = board_.item(message.arguments()[0].toULongLong());
+  const ItemId id = message.arguments()[0].toULongLong();
+  Item* const item = board_.item(id);
   if (!item) return noSuchItem(message);
+  if (id == waiting_) hand_.forget();
   item->cancelPress();
   reply(message);
 }

@@ -51,6 +51,7 @@ class SniItem : public Item {
   void scrolled(QPoint angleDelta) override;
   QString toolTip() const override;
   void press(QPointF anchor) override;
+  void activate(QPointF anchor) override;
   void cancelPress() override;
 
  signals:
@@ -72,7 +73,6 @@ class SniItem : public Item {
   bool leftOpensMenu() const;
   bool isAyatana() const;
   void openMenu(QPointF anchor, std::function<void()> otherwise);
-  void activate(QPointF anchor);
   void contextMenu(QPointF anchor);
   void secondaryActivate(QPointF anchor);
   void callItem(const QString& method, const QVariantList& arguments,

@@ -12,8 +12,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto handInterval = 30ms;
-constexpr int looksAtHand = 1000;  // half a minute
 constexpr auto enterToPress = 50ms;
 constexpr auto pressToRelease = 30ms;
 constexpr xcb_timestamp_t pressLength = 30;  // ms
@@ -28,13 +26,6 @@ constexpr std::uint8_t sameScreen = 2;  // bit of crossing events
 // Only the first five buttons have a state bit.
 std::uint16_t heldMask(std::uint8_t button) {
   return button <= 5 ? static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (button - 1)) : 0;
-}
-
-bool isButtonDown() {
-  constexpr std::uint16_t buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
-  const auto pointer =
-      Pending<xcb_query_pointer_reply>(xcb_query_pointer(connection(), rootWindow())).take();
-  return pointer && (pointer->mask & buttons) != 0;
 }
 
 // A menu of another client holds the pointer, so that nobody else can grab it.
@@ -58,9 +49,7 @@ SentClick::SentClick(xcb_window_t icon, TraySelection& selection)
   timer_.setSingleShot(true);
   timer_.setTimerType(Qt::PreciseTimer);
   connect(&timer_, &QTimer::timeout, this, [this] {
-    if (phase_ == Phase::waiting) {
-      waitForHand();
-    } else if (phase_ == Phase::entered) {
+    if (phase_ == Phase::entered) {
       press();
     } else if (phase_ == Phase::pressed) {
       release();
@@ -84,23 +73,12 @@ bool SentClick::makeReady() {
 
 void SentClick::start(std::uint8_t button, std::uint16_t state) {
   if (!makeReady()) return;
-  phase_ = Phase::waiting;
+  phase_ = Phase::starting;
   button_ = button;
   state_ = state;
-  looks_ = 0;
-  waitForHand();
-}
-
-// Toolkits take the release of a press that their menu has come up under for a choice.
-void SentClick::waitForHand() {
-  if (isButtonDown()) {
-    if (++looks_ < looksAtHand) return timer_.start(handInterval);
-    leave();
-    return end();
-  }
   // GTK 2 opens no menu for an event without a real time.
-  selection_.withServerTime([self = QPointer(this)](xcb_timestamp_t time) {
-    if (self && self->phase_ == Phase::waiting) self->enter(time);
+  selection_.withServerTime([self = QPointer(this), start = ++starts_](xcb_timestamp_t time) {
+    if (self && self->phase_ == Phase::starting && self->starts_ == start) self->enter(time);
   });
 }
 
@@ -121,7 +99,7 @@ void SentClick::turnWheel(std::uint8_t button, int notches) {
 }
 
 void SentClick::cancel() {
-  if (phase_ == Phase::waiting || phase_ == Phase::entered) {
+  if (phase_ == Phase::starting || phase_ == Phase::entered) {
     leave();
     return end();
   }
@@ -170,7 +148,7 @@ void SentClick::watchMenu() {
 
 void SentClick::leave() {
   const Phase before = std::exchange(phase_, Phase::left);
-  if (before != Phase::waiting && before != Phase::left) sendCrossing(XCB_LEAVE_NOTIFY);
+  if (before != Phase::starting && before != Phase::left) sendCrossing(XCB_LEAVE_NOTIFY);
 }
 
 void SentClick::end() {

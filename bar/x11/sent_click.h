@@ -10,8 +10,8 @@
 namespace tarnwick::bar::x11 {
 
 // A click sent to an embedded icon as if the pointer were over it: enter, press, release, and leave
-// once the menu it opened is gone. It waits until the user holds no button. A menu that comes late
-// is waited for after the leave. Goes on by timers; the pointer stays where it is.
+// once the menu it opened is gone. A menu that comes late is waited for after the leave. Goes on by
+// timers; the pointer stays where it is.
 class SentClick : public QObject {
   Q_OBJECT
 
@@ -34,9 +34,8 @@ class SentClick : public QObject {
   void finished();
 
  private:
-  enum class Phase : std::uint8_t { idle, waiting, entered, pressed, watchingMenu, left };
+  enum class Phase : std::uint8_t { idle, starting, entered, pressed, watchingMenu, left };
 
-  void waitForHand();
   void enter(xcb_timestamp_t time);
   void press();
   void release();
@@ -52,6 +51,7 @@ class SentClick : public QObject {
   TraySelection& selection_;
   QTimer timer_;
   Phase phase_ = Phase::idle;
+  unsigned starts_ = 0;  // so far
   std::uint8_t button_ = 0;
   std::uint16_t state_ = 0;
   xcb_timestamp_t time_ = XCB_CURRENT_TIME;

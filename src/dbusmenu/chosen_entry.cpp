@@ -29,8 +29,22 @@ bool findPath(const MenuEntry& below, int id, Entries& path) {
   return false;
 }
 
-// For each entry shown the present one at its place among those of its title; nullptr when there
-// are more or fewer of them now.
+std::vector<int> sortedIds(const Entries& entries) {
+  std::vector<int> ids;
+  for (const MenuEntry* entry : entries) ids.push_back(entry->id);
+  std::sort(ids.begin(), ids.end());
+  return ids;
+}
+
+const MenuEntry* ofId(const Entries& entries, int id) {
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [id](const MenuEntry* entry) { return entry->id == id; });
+  return found == entries.end() ? nullptr : *found;
+}
+
+// For each entry shown the present one of its title. Of several under one title it is the one of
+// the same id when their ids are still the same, else the one at the same place among them; nullptr
+// when there are more or fewer of them now.
 Entries sameTitled(const Entries& shown, const Entries& present) {
   QHash<QString, std::pair<Entries, Entries>> byTitle;
   for (const MenuEntry* entry : shown) byTitle[entry->title()].first.push_back(entry);
@@ -38,7 +52,10 @@ Entries sameTitled(const Entries& shown, const Entries& present) {
   QHash<const MenuEntry*, const MenuEntry*> found;
   for (const auto& [before, now] : std::as_const(byTitle)) {
     if (before.size() != now.size()) continue;
-    for (std::size_t i = 0; i < now.size(); ++i) found[before[i]] = now[i];
+    const bool sameIds = sortedIds(before) == sortedIds(now);
+    for (std::size_t i = 0; i < now.size(); ++i) {
+      found[before[i]] = sameIds ? ofId(now, before[i]->id) : now[i];
+    }
   }
   Entries same;
   for (const MenuEntry* entry : shown) same.push_back(found.value(entry));
@@ -49,20 +66,24 @@ Entries sameTitled(const Entries& shown, const Entries& present) {
 const MenuEntry* presentEntry(const Entries& shown, const Entries& present,
                               const MenuEntry* chosen) {
   const Entries same = sameTitled(shown, present);
-  const MenuEntry* ofTitle = nullptr;
+  const auto survives = [&](std::size_t i) { return same[i] && same[i]->id == shown[i]->id; };
+  std::size_t at = 0;
   bool renumbered = false;
-  bool laterIsThere = false;
-  bool isLater = false;
   for (std::size_t i = 0; i < shown.size(); ++i) {
-    if (shown[i] == chosen) ofTitle = same[i];
-    if (same[i] && same[i]->id != shown[i]->id) renumbered = true;
-    if (same[i] && isLater) laterIsThere = true;
-    isLater = isLater || shown[i] == chosen;
+    if (shown[i] == chosen) at = i;
+    if (same[i] && !survives(i)) renumbered = true;
   }
-  if (renumbered || (shown.size() != present.size() && !laterIsThere)) return ofTitle;
-  const auto ofId = std::find_if(present.begin(), present.end(),
-                                 [&](const MenuEntry* entry) { return entry->id == chosen->id; });
-  return ofId == present.end() ? nullptr : *ofId;
+  if (renumbered || same[at]) return same[at];
+
+  // Its title is gone, or there are more or fewer of them.
+  const MenuEntry* const found = ofId(present, chosen->id);
+  if (!found || shown.size() == present.size()) return found;
+  bool laterSurvives = false;
+  for (std::size_t i = at + 1; i < shown.size(); ++i) laterSurvives = laterSurvives || survives(i);
+  if (found->title() == chosen->title()) return laterSurvives ? found : nullptr;
+  const bool before = at == 0 ? found == present.front() : survives(at - 1);
+  const bool after = at + 1 == shown.size() ? found == present.back() : survives(at + 1);
+  return before && after ? found : nullptr;
 }
 
 }  // namespace

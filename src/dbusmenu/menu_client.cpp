@@ -60,20 +60,19 @@ void MenuClient::open(int id, QObject* context, Done done, std::chrono::millisec
   };
   const auto ask = [this, id, opening, settle] {
     opening->asked = true;
-    fetch(id, settle);
+    fetch(id, settle, answerTimeout);
   };
 
   callBus(call(QStringLiteral("AboutToShow"), {id}), answerTimeout, this,
           [this, id, opening, settle, ask](const QDBusMessage& reply) {
             const bool gone =
                 reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown");
-            if (id == 0 && !gone) answered_ = true;
             if (gone) {
               settle(Failure::absent);
             } else if (!opening->asked) {
               ask();
-            } else if (reply.type() == QDBusMessage::ReplyMessage) {
-              refresh(id);  // filled late, after the layout had been read
+            } else {
+              refresh(id);  // filled late, after the layout had been read, whatever it answers
             }
           });
   sendBus(eventCall(id, QStringLiteral("opened"), 0));
@@ -83,7 +82,7 @@ void MenuClient::open(int id, QObject* context, Done done, std::chrono::millisec
 }
 
 void MenuClient::refresh(int id) {
-  wanted_ = wanted_ && *wanted_ != id ? 0 : id;
+  wanted_ = missed_ || (wanted_ && *wanted_ != id) ? 0 : id;
   if (!reading_ && !refreshTimer_.isActive()) runRefresh();
 }
 
@@ -91,12 +90,17 @@ void MenuClient::runRefresh() {
   if (reading_ || !wanted_) return;
   const int id = std::exchange(wanted_, std::nullopt).value();
   reading_ = true;
-  fetch(root_ ? id : 0, [this, id](Failure failure) {
+  const auto done = [this, id](Failure failure) {
     reading_ = false;
+    missed_ = failure != Failure::none;
     if (failure == Failure::absent && id != 0) wanted_ = 0;  // renumbered meanwhile
     refreshTimer_.start(refreshSpacing);
-    if (!wanted_) emit upToDate();
-  });
+  };
+  fetch(root_ ? id : 0, done, answerTimeout);
+}
+
+void MenuClient::read(Done done, std::chrono::milliseconds patience) {
+  fetch(0, std::move(done), patience);
 }
 
 void MenuClient::click(int id, std::vector<int> opened, quint32 time) {
@@ -126,8 +130,8 @@ QDBusMessage MenuClient::eventCall(int id, const QString& event, quint32 time) c
               {id, event, QVariant::fromValue(QDBusVariant(0)), QVariant::fromValue(time)});
 }
 
-void MenuClient::fetch(int id, Done done) {
-  callBus(call(QStringLiteral("GetLayout"), {id, -1, QStringList()}), answerTimeout, this,
+void MenuClient::fetch(int id, Done done, std::chrono::milliseconds patience) {
+  callBus(call(QStringLiteral("GetLayout"), {id, -1, QStringList()}), patience, this,
           [this, id, done = std::move(done)](const QDBusMessage& reply) {
             if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() < 2) {
               // An error other than silence names an id or object that is not there.

@@ -49,14 +49,15 @@ class MenuClient : public QObject {
   // owner is later still, the layout is read once more. layoutChanged comes before `done`.
   void open(int id, QObject* context, Done done,
             std::chrono::milliseconds patience = defaultPatience);
-  // Whether the owner has answered that the whole menu may be shown, be it with an error.
-  bool isAnswered() const { return answered_; }
 
   // Only reads the layout below `id` again. At most one such reading is under way at a time, with
   // one more after it for all that was asked for meanwhile.
   void refresh(int id);
-  // Whether the owner has announced changes that are not read yet.
-  bool isOutdated() const { return reading_ || wanted_; }
+  // Whether the owner has announced changes that are not read yet, or could not be read.
+  bool isOutdated() const { return reading_ || wanted_ || missed_; }
+  // Reads the whole menu, beginning now: layoutChanged comes before `done`, which comes after
+  // `patience` at the latest with noAnswer.
+  void read(Done done, std::chrono::milliseconds patience);
 
   // Performs an entry and tells the owner that the submenus of `opened` (from the menu's root to
   // the innermost) have closed, after it has answered or 1 s. `time` is the X server's time of the
@@ -73,8 +74,6 @@ class MenuClient : public QObject {
  signals:
   // The part of the menu below `parent` was read again, or an entry's properties changed.
   void layoutChanged(int parent);
-  // isOutdated() became false.
-  void upToDate();
   // isFinishing() became false.
   void finished();
 
@@ -87,7 +86,7 @@ class MenuClient : public QObject {
 
   QDBusMessage call(const QString& method, const QVariantList& arguments) const;
   QDBusMessage eventCall(int id, const QString& event, quint32 time) const;
-  void fetch(int id, Done done);
+  void fetch(int id, Done done, std::chrono::milliseconds patience);
   void parse(int id, std::shared_ptr<LayoutParser> parser, Done done);
   bool merge(int id, MenuEntry layout);
   void setSubscribed(bool on);
@@ -99,7 +98,7 @@ class MenuClient : public QObject {
   mutable QHash<int, const MenuEntry*> index_;  // of root_; empty until it is asked for
   std::optional<int> wanted_;                   // to be read again
   bool reading_ = false;                        // a refresh is under way
-  bool answered_ = false;
+  bool missed_ = false;                         // the last refresh failed
   bool subscribed_ = false;
   int finishing_ = 0;
   QElapsedTimer signalsSince_;

@@ -1,7 +1,6 @@
 #include "dbusmenu/menu_style.h"
 
 #include <QApplication>
-#include <QFontMetrics>
 #include <QMenu>
 #include <QPainter>
 #include <QPointer>
@@ -12,8 +11,6 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int maximumWidth = 480;  // points
-constexpr qsizetype shortText = 40;
 constexpr int separatorInset = 8;  // points
 constexpr float lineAlpha = 0.2F;
 
@@ -72,17 +69,7 @@ void useMenuStyle(QMenu& menu) {
     style->setParent(qApp);
   }
   menu.setStyle(style);
-}
-
-QString menuText(const QMenu& menu, const QString& title) {
-  QString text = title;
-  if (text.size() > shortText) {
-    text = menu.fontMetrics().elidedText(text, Qt::ElideMiddle, maximumWidth);
-  }
-  for (QChar& character : text) {
-    if (character.category() == QChar::Other_Control) character = u' ';  // a tab starts a column
-  }
-  return text.replace(u'&', QLatin1String("&&"));
+  menu.setToolTipsVisible(true);
 }
 
 }  // namespace tarnwick

@@ -9,6 +9,7 @@
 
 #include "dbusmenu/menu_style.h"
 #include "dbusmenu/picture_file.h"
+#include "look/tool_tip.h"
 
 namespace tarnwick {
 
@@ -161,6 +162,7 @@ void MenuView::apply(EntryAction& action, const MenuEntry& entry) {
                             ? entry.label
                             : fontMetrics().elidedText(entry.label, Qt::ElideMiddle, labelWidth,
                                                        Qt::TextShowMnemonic);
+  action.setToolTip(label == entry.label ? QString() : wrappedToolTip(entry.title()));
   action.setText(entry.shortcut.isEmpty() ? label : label + u'\t' + entry.shortcut);
   action.setEnabled(entry.enabled && !entry.heading);
   if (entry.heading) {

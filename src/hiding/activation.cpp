@@ -26,6 +26,8 @@ void MenuBarController::activate(const std::string& bundleId, bool /*rightClick*
   const auto snapshot = desktop_.accessibility.takeSnapshot();  // one round trip for all of this
   const auto items = scanner_.scan(bundleId);
   if (items.empty()) return;
+  // Where the handle is now, while the snapshot has it, is where the menu will come up: whatever of
+  // ours moves the row before then ends the wait for the menu.
   if (!anchorX) {
     if (const auto handle = handleFrame()) anchorX = handle->midX();
   }

@@ -118,7 +118,7 @@ class MenuBarController : public PanelOwner,
 
   bool isEnforcing_ = false;
   int openMenus_ = 0;       // copies of other applications' menus on the screen
-  bool passWaits_ = false;  // the timer's, for them to close
+  bool passWaits_ = false;  // the timer's stow pass is due and waits until openMenus_ is 0
   CallbackList enforcingChanged_;
   std::unique_ptr<SeparatorItem> handle_;
   std::unique_ptr<SeparatorItem> boundary_;

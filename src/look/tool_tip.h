@@ -11,4 +11,10 @@ inline QString plainToolTip(const QString& text) {
          QStringLiteral("</p>");
 }
 
+// The same in several lines, for a text that may be wider than the monitor.
+inline QString wrappedToolTip(const QString& text) {
+  return QStringLiteral("<p style='white-space:pre-wrap'>") + text.toHtmlEscaped() +
+         QStringLiteral("</p>");
+}
+
 }  // namespace tarnwick

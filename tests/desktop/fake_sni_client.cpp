@@ -25,6 +25,7 @@ using fake::Pixmap;
 
 constexpr auto itemInterface = "org.kde.StatusNotifierItem";
 constexpr auto menuInterface = "com.canonical.dbusmenu";
+constexpr int lateMs = 350;  // after the layout is asked for without waiting longer
 constexpr auto watcherService = "org.kde.StatusNotifierWatcher";
 
 QList<Pixmap> pixmaps(const Options& options, uint colour) {
@@ -92,10 +93,12 @@ class Item {
     emitSignal("NewStatus", {status});
   }
 
+  void announceMenu() { emitMenuSignal("LayoutUpdated", {1U, 0}); }
   void renumberMenu() {
     menu_.renumber();
-    emitMenuSignal("LayoutUpdated", {1U, 0});
+    announceMenu();
   }
+  void setLayoutAnswer(const QString& kind) { layoutAnswer_ = kind; }
 
   void setMenuLabel(int id, const QString& label) {
     emitMenuSignal("ItemsPropertiesUpdated",
@@ -162,7 +165,7 @@ class Item {
     if (id != 0 || menu_.options().fillsAfterMs == 0) return menu_.setAboutToShow(id);
     QTimer::singleShot(menu_.options().fillsAfterMs, [this] {
       menu_.setAboutToShow(0);
-      emitMenuSignal("LayoutUpdated", {1U, 0});
+      announceMenu();
     });
   }
 
@@ -180,6 +183,13 @@ class Item {
     if (options.silent) return true;
     if (member == "AboutToShow") {
       if (options.aboutToShow == "missing") return false;
+      if (options.aboutToShow == "late-error") {
+        QTimer::singleShot(lateMs, [this, message, id] {
+          aboutToShow(id);
+          bus_.send(message.createErrorReply(QDBusError::Failed, "no model"));
+        });
+        return true;
+      }
       aboutToShow(id);
       if (options.aboutToShow == "never") return true;
       if (options.aboutToShow == "error") {
@@ -191,7 +201,8 @@ class Item {
       }
       return true;
     }
-    if (member != "GetLayout") return false;
+    if (member != "GetLayout" || layoutAnswer_ == "error") return false;
+    if (layoutAnswer_ == "never") return true;
     answer(message, {1U, QVariant::fromValue(menu_.layout(id))}, options.slowMs);
     return true;
   }
@@ -203,6 +214,7 @@ class Item {
   QString menuPath_;
   QVariantMap properties_;
   fake::Menu menu_;
+  QString layoutAnswer_;
 };
 
 // One connection with its items.
@@ -322,6 +334,11 @@ class Program : public QObject {
     if (line.startsWith("icon-name ")) first().setIconName(argument);
     if (line.startsWith("status ")) first().setStatus(argument);
     if (line == "menu-renumber") first().renumberMenu();
+    if (line.startsWith("menu-layout ")) first().setLayoutAnswer(argument);
+    if (line == "menu-storm") {
+      menuStorm_.callOnTimeout(this, [this] { first().announceMenu(); });
+      menuStorm_.start(20);
+    }
     if (line.startsWith("menu-label ")) {
       first().setMenuLabel(argument.section(' ', 0, 0).toInt(), argument.section(' ', 1));
     }
@@ -331,6 +348,7 @@ class Program : public QObject {
   QDBusConnection bus_ = QDBusConnection::sessionBus();
   Client client_{bus_, options_};
   QTimer storm_;
+  QTimer menuStorm_;
   QElapsedTimer stormClock_;
   qint64 stormSent_ = 0;
   QSocketNotifier input_{0, QSocketNotifier::Read};

@@ -61,7 +61,7 @@ struct MenuOptions {
   int depth = 1;      // levels of submenus below the fourth entry
   bool lazy = false;  // submenus are empty until they are about to be shown
   bool lazyRoot = false;
-  QString aboutToShow = QStringLiteral("false");  // false, true, error, missing, empty, never
+  QString aboutToShow = QStringLiteral("false");  // as `--help` lists
   bool silent = false;
   int slowMs = 0;
   int fillsAfterMs = 0;  // from the first AboutToShow on; the menu is empty before

@@ -65,7 +65,8 @@ inline Options parse(const QCoreApplication& application) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
       "Standard input: icon-name TEXT, status TEXT, menu-renumber (gives its entries new ids), "
-      "menu-label ID TEXT.");
+      "menu-label ID TEXT, menu-layout error|never (what it answers from now on), menu-storm (it "
+      "announces a change every 20 ms).");
   parser.addHelpOption();
   const QList<QCommandLineOption> known = {
       {"register", "unique name or both, with the path", "form", "unique"},
@@ -90,7 +91,9 @@ inline Options parse(const QCoreApplication& application) {
       {"menu-depth", "levels of submenus", "n", "1"},
       {"lazy-menu", "submenus are empty until they are about to be shown"},
       {"lazy-root", "the whole menu is"},
-      {"about-to-show", "answer: false, true, error, empty, missing, never", "kind", "false"},
+      {"about-to-show",
+       "answer: false, true, error, empty, missing, never, late-error (filled then)", "kind",
+       "false"},
       {"menu-slow", "ms before menu calls are answered", "ms", "0"},
       {"menu-fills-after", "ms from the first AboutToShow on; it is empty before", "ms", "0"},
       {"unexport-after", "takes the objects away", "ms", "0"},

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QToolTip>
 #include <map>
 
 #include "adapters/qt/panel_content.h"
@@ -152,16 +154,20 @@ TEST_F(QtMenusTest, DroppedMenuClosesWithoutAWord) {
 
 TEST_F(QtMenusTest, TypingGoesToTheEntryThatBeginsWithIt) {
   Menu menu;
-  for (const char* title : {"Open", "", "Pause", "Play", "&Print", "Off", "Tab\there"}) {
-    menu.push_back({title, std::string(title) != "Off", false, {}, element(4)});
+  const std::string wide = "Wide <b>" + std::string(400, 'm') + " title";
+  const std::string wider = "Wide <b>" + std::string(400, 'm') + "x title";
+  for (const std::string& title : std::vector<std::string>{"Open", "", "Pause", "Play", "&Print",
+                                                           "Off", wide, wider, "Tab\there"}) {
+    menu.push_back({title, title != "Off", false, {}, element(4)});
   }
   menu[1].separator = true;
   menu[4].submenu = {{"Inner", true, false, {}, element(4)}};
   const Registration shown = menus.popUp(menu, {}, [](const MenuOutcome&) {});
   ASSERT_TRUE(open());
   EXPECT_FALSE(open()->actions().back()->text().contains('\t')) << "no second column";
-  const std::vector<std::pair<const char*, int>> cases{{"p", 2}, {"pp", 3}, {"pl", 3}, {"PLAY", 3},
-                                                       {"&", 4}, {"o", 0},  {"oo", 0}, {"off", 0}};
+  const std::vector<std::pair<const char*, int>> cases{{"p", 2},    {"pp", 3},  {"pl", 3},
+                                                       {"PLAY", 3}, {"&", 4},   {"o", 0},
+                                                       {"oo", 0},   {"off", 0}, {wider.c_str(), 7}};
   for (const auto& [typed, index] : cases) {
     SCOPED_TRACE(typed);
     QMenu* const shownMenu = open();
@@ -174,6 +180,12 @@ TEST_F(QtMenusTest, TypingGoesToTheEntryThatBeginsWithIt) {
     }
     EXPECT_EQ(shownMenu->actions().indexOf(shownMenu->activeAction()), index);
     EXPECT_EQ(open(), shownMenu) << "no submenu has opened";
+  }
+  for (const int index : {0, 6}) {
+    const QPoint at = open()->actionGeometry(open()->actions()[index]).center();
+    QHelpEvent help(QEvent::ToolTip, at, open()->mapToGlobal(at));
+    QApplication::sendEvent(open(), &help);
+    EXPECT_EQ(QToolTip::text().contains("Wide &lt;b&gt;"), index == 6) << "what is cut has a tip";
   }
 }
 

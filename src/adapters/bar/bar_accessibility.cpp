@@ -44,6 +44,11 @@ BarAccessibility::BarAccessibility(BarConnection& bar, BarSnapshots& snapshots)
       if (const auto items = parseBarItems(reply)) menus_.keepOnly(*items);
     });
   });
+  QObject::connect(
+      &menus_, &ItemMenus::menuless, &menus_,
+      [this](std::uint64_t item, std::optional<QPointF> place) {
+        bar_.send(QStringLiteral("PressAt"), {qulonglong{item}, place.value_or(QPointF())});
+      });
 }
 
 bool BarAccessibility::isProcessTrusted() {

@@ -1,10 +1,8 @@
 #include "adapters/bar/item_menus.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QInputEvent>
-#include <QScreen>
 #include <QStringList>
 #include <QTimer>
 #include <algorithm>
@@ -20,10 +18,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 550ms;        // before the last of twelve readings, 50 ms apart
-constexpr auto unwatchedLife = 5s;      // longer than a menu is waited for
-constexpr auto fillingTime = 100ms;     // owners that fill their menu late announce it by then
-constexpr auto emptyPatience = 800ms;   // for owners that do not even say that it may be shown
+// From the press on. The core looks twelve times for a menu's entries, every 50 ms: the last time
+// comes after this.
+constexpr auto patience = 550ms;
+constexpr auto unwatchedLife = 5s;      // from the press on; much longer than the core looks
 constexpr auto rereadPatience = 500ms;  // for changes announced before an entry was chosen
 constexpr std::size_t mostAsked = 64;   // menus asked for in one opening
 
@@ -34,21 +32,6 @@ std::chrono::milliseconds aboutToShowPatience(const QDeadlineTimer& deadline) {
 
 void closeFromTheInside(MenuClient& client, const std::vector<int>& menus) {
   for (auto id = menus.rbegin(); id != menus.rend(); ++id) client.close(*id);
-}
-
-// An item whose menu object is not there means its own answer to a click.
-void activate(const BarItem& item, std::optional<QPointF> place) {
-  const QScreen* const screen = QGuiApplication::primaryScreen();
-  QPoint pixels;
-  if (screen && place) {
-    pixels = screen->geometry().topLeft() + (*place * screen->devicePixelRatio()).toPoint();
-  }
-  auto call = QDBusMessage::createMethodCall(item.busName, item.objectPath,
-                                             QStringLiteral("org.kde.StatusNotifierItem"),
-                                             QStringLiteral("Activate"));
-  call << pixels.x() << pixels.y();
-  call.setAutoStartService(false);
-  QDBusConnection::sessionBus().send(call);
 }
 
 }  // namespace
@@ -89,39 +72,36 @@ void ItemMenus::open(const BarItem& item, std::optional<QPointF> place) {
   client->open(
       0, this,
       [this, id = item.id, client](MenuClient::Failure failure) {
-        const OpenMenu* const absent = find(id, client);
-        if (failure != MenuClient::Failure::absent || !absent) return;
-        activate(absent->item, absent->place);
-        if (auto ended = end(id)) retire(std::move(ended->client));
+        if (failure == MenuClient::Failure::absent && find(id, client)) closeMenuless(id);
       },
       aboutToShowPatience(menu.patience));
-  QTimer::singleShot(emptyPatience, client,
-                     [this, id = item.id, client] { activateIfEmpty(id, client); });
+  QTimer::singleShot(patience, Qt::PreciseTimer, client, [this, id = item.id, client] {
+    connect(client, &MenuClient::layoutChanged, this,
+            [this, id, client] { closeIfEmpty(id, client); });
+    closeIfEmpty(id, client);
+  });
   QTimer::singleShot(unwatchedLife, client, [this, id = item.id, client] {
     const OpenMenu* const unwatched = find(id, client);
-    if (!unwatched || !unwatched->ended.empty()) return;
-    if (auto ended = end(id)) retire(std::move(ended->client));
+    if (unwatched && unwatched->ended.empty()) cancel(id);
   });
 }
 
 // The owner has answered, perhaps once more: late or with other entries.
 void ItemMenus::onLayout(std::uint64_t item, const MenuClient* client) {
-  OpenMenu* const menu = find(item, client);
-  if (!menu || !client->root()) return;
-  fillSubmenus(item, *client->root(), 1);
-  if (!client->isAnswered() || !shownEntries(client->root()->children).empty()) return;
-  QTimer::singleShot(fillingTime, client, [this, item, client] {
-    if (!client->isOutdated()) activateIfEmpty(item, client);
-  });
+  if (find(item, client) && client->root()) fillSubmenus(item, *client->root(), 1);
 }
 
-// Some owners always have a menu object and mean a click by it: theirs is empty. The menu is
-// followed on, for one that is filled after all.
-void ItemMenus::activateIfEmpty(std::uint64_t item, const MenuClient* client) {
-  OpenMenu* const menu = find(item, client);
-  if (!menu || !client->root() || !shownEntries(client->root()->children).empty()) return;
-  if (!menu->ended.empty() || std::exchange(menu->activated, true)) return;
-  activate(menu->item, menu->place);
+// Some owners always have a menu object and mean a click by it: theirs stays empty.
+void ItemMenus::closeIfEmpty(std::uint64_t item, const MenuClient* client) {
+  const OpenMenu* const menu = find(item, client);
+  if (!menu || !client->root() || !menu->ended.empty()) return;
+  if (shownEntries(client->root()->children).empty()) closeMenuless(item);
+}
+
+void ItemMenus::closeMenuless(std::uint64_t item) {
+  const auto place = menus_.at(item).place;
+  cancel(item);
+  emit menuless(item, place);
 }
 
 // Menus that are filled only when they open.
@@ -161,23 +141,23 @@ void ItemMenus::choose(std::uint64_t item, int entry) {
   if (!menu) return;
   MenuClient* const client = menu->client.release();
   client->setParent(this);
-  auto* const press = new QTimer(client);
-  press->setSingleShot(true);
-  press->callOnTimeout(client, [this, client, press, entry, time = time_,
-                                shown = std::move(menu->shown), asked = std::move(menu->asked)] {
-    client->disconnect(press);
-    const MenuEntry* const root = client->root();
-    const auto id = shown && root ? presentId(*shown, *root, entry) : std::nullopt;
+  const auto press = [this, client, entry, time = time_, shown = std::move(menu->shown),
+                      asked = std::move(menu->asked)](MenuClient::Failure failure) {
+    const bool isRead = failure == MenuClient::Failure::none && client->root();
+    const auto id = shown && isRead ? presentId(*shown, *client->root(), entry) : std::nullopt;
     if (id) {
       client->click(*id, asked, time);
     } else {
       closeFromTheInside(*client, asked);
     }
     retire(std::unique_ptr<MenuClient>(client));
-  });
+  };
   // What the owner has just announced may be that this id is another entry's now.
-  press->start(client->isOutdated() ? rereadPatience : 0ms);
-  connect(client, &MenuClient::upToDate, press, [press] { press->start(0ms); });
+  if (client->isOutdated()) {
+    client->read(press, rereadPatience);
+  } else {
+    press(MenuClient::Failure::none);
+  }
 }
 
 void ItemMenus::cancel(std::uint64_t item) {
@@ -217,9 +197,7 @@ void ItemMenus::keepOnly(const std::vector<BarItem>& items) {
     const auto isItem = [&](const BarItem& item) { return item.id == menu.first; };
     if (std::none_of(items.begin(), items.end(), isItem)) gone.push_back(menu.first);
   }
-  for (const auto item : gone) {
-    if (auto ended = end(item)) retire(std::move(ended->client));
-  }
+  for (const auto item : gone) cancel(item);  // its owner may live on
 }
 
 // What an owner opens for an entry may come to the front by the time of its choice.

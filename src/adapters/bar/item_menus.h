@@ -32,21 +32,21 @@ class ItemMenus : public QObject {
   ~ItemMenus() override;
 
   // Has the owner open the item's menu. Whatever was open is closed first. Half a second
-  // later the menu is read as far as the owner has told of it by then. An item whose menu turns out
-  // not to be there is activated instead, with `place` (points) for what it may show; so is one
-  // whose menu is empty, which is shown all the same when it is filled after that. A menu that
-  // nobody watches is forgotten after some seconds.
+  // later the menu is read as far as the owner has told of it by then. A menu that turns out not to
+  // be there, or is still empty after that time, is closed and menuless() emitted with `place`. A
+  // menu that nobody watches is closed after some seconds.
   void open(const BarItem& item, std::optional<QPointF> place);
   // Closes whatever is open.
   void closeAll();
-  // Performs the entry that has this id in the menu as it was when watch() was called, or nothing
-  // when there is no such entry any more; its menu is closed then.
+  // Performs the entry that has this id in the menu as it was when watch() was called. Changes that
+  // the owner has announced are read first. Only closes the menu when there is no such entry any
+  // more or the owner does not answer in half a second.
   void choose(std::uint64_t item, int entry);
   void cancel(std::uint64_t item);
   // Calls `ended` once, when the item's open menu ends in any way. Empty when it has none.
   Registration watch(std::uint64_t item, std::function<void()> ended);
   bool isOpen(std::uint64_t item) const { return menus_.contains(item); }
-  // Ends the menus of items that are not among these.
+  // Closes the menus of items that are not among these.
   void keepOnly(const std::vector<BarItem>& items);
 
   // The menu entry with that id, 0 for the menu itself, when the owner has answered; else nullptr.
@@ -57,6 +57,9 @@ class ItemMenus : public QObject {
  signals:
   // The bar has other items now, and a menu is open.
   void itemsChanged();
+  // The item that was opened has no menu to show: it means its own answer to a click, with `place`
+  // (points) for what it may show.
+  void menuless(std::uint64_t item, std::optional<QPointF> place);
 
  private:
   struct OpenMenu {
@@ -67,7 +70,6 @@ class ItemMenus : public QObject {
     std::vector<int> asked;   // menus whose owner was told that they are open, outer ones first
     int pending = 0;          // answers for submenus waited for
     QDeadlineTimer patience;  // for the owner's answers, from the press on
-    bool activated = false;   // for want of entries
     std::optional<MenuEntry> shown;  // the menu as it was when the copy was shown
   };
 
@@ -75,7 +77,8 @@ class ItemMenus : public QObject {
   OpenMenu* find(std::uint64_t item, const MenuClient* client);
   void onLayout(std::uint64_t item, const MenuClient* client);
   void fillSubmenus(std::uint64_t item, const MenuEntry& parent, int depth);
-  void activateIfEmpty(std::uint64_t item, const MenuClient* client);
+  void closeIfEmpty(std::uint64_t item, const MenuClient* client);
+  void closeMenuless(std::uint64_t item);
   // Takes the menu out of the open ones.
   std::optional<OpenMenu> end(std::uint64_t item);
   void onOwnerGone(const QString& owner);

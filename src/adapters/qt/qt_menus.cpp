@@ -14,7 +14,7 @@ namespace tarnwick {
 
 // A menu on the screen and what is waited for.
 struct QtMenus::Tracking {
-  std::unique_ptr<QMenu> menu = std::make_unique<TypeAheadMenu>();
+  std::unique_ptr<TypeAheadMenu> menu = std::make_unique<TypeAheadMenu>();
   PopupGrab grab;
   OpeningPress openingPress;
   MenuOutcome outcome;
@@ -36,7 +36,8 @@ const AXElement* firstElement(const Menu& menu) {
 
 }  // namespace
 
-void QtMenus::fill(QMenu& into, const Menu& menu, const std::shared_ptr<Tracking>& tracking) {
+void QtMenus::fill(TypeAheadMenu& into, const Menu& menu,
+                   const std::shared_ptr<Tracking>& tracking) {
   useMenuStyle(into);
   tracking->openingPress.watch(into);
   for (const MenuItem& item : menu) {
@@ -44,15 +45,14 @@ void QtMenus::fill(QMenu& into, const Menu& menu, const std::shared_ptr<Tracking
       into.addSeparator();
       continue;
     }
-    const QString title = menuText(into, QString::fromStdString(item.title));
-    if (!item.submenu.empty()) {
-      auto* const submenu = new TypeAheadMenu(title, &into);
-      into.addMenu(submenu)->setEnabled(item.enabled);
+    auto* const submenu = item.submenu.empty() ? nullptr : new TypeAheadMenu(&into);
+    QAction* const action = submenu ? into.addMenu(submenu) : into.addAction(QString());
+    into.setTitle(*action, QString::fromStdString(item.title));
+    action->setEnabled(item.enabled);
+    if (submenu) {
       fill(*submenu, item.submenu, tracking);
       continue;
     }
-    QAction* const action = into.addAction(title);
-    action->setEnabled(item.enabled);
     QObject::connect(action, &QAction::triggered, action,
                      [weak = std::weak_ptr(tracking), representedObject = item.representedObject] {
                        if (const auto open = weak.lock()) {

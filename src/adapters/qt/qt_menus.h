@@ -8,9 +8,9 @@
 #include "platform/main_loop.h"
 #include "platform/menus.h"
 
-class QMenu;
-
 namespace tarnwick {
+
+class TypeAheadMenu;
 
 // Pop-up menus of the toolkit, one at a time, which work in a process without an active window:
 // keyboard and pointer are grabbed while one is open. A menu that does not get them within a
@@ -31,7 +31,8 @@ class QtMenus : public Menus {
  private:
   struct Tracking;
 
-  static void fill(QMenu& into, const Menu& menu, const std::shared_ptr<Tracking>& tracking);
+  static void fill(TypeAheadMenu& into, const Menu& menu,
+                   const std::shared_ptr<Tracking>& tracking);
   static void takeDown(const std::weak_ptr<Tracking>& tracking);
 
   MainLoop& loop_;

@@ -4,13 +4,31 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "look/tool_tip.h"
+
 namespace tarnwick {
 
 namespace {
 
-constexpr quint64 pause = 1000;  // ms after which a word begins anew
+constexpr quint64 pause = 1000;       // ms after which a word begins anew
+constexpr int titleWidth = 480;       // points
+constexpr qsizetype shortTitle = 40;  // narrower than that in any font
 
 }  // namespace
+
+// The action's data is the whole title, by which it is found.
+void TypeAheadMenu::setTitle(QAction& action, const QString& title) const {
+  QString whole = title;
+  for (QChar& character : whole) {
+    if (character.category() == QChar::Other_Control) character = u' ';  // a tab starts a column
+  }
+  const QString shown = whole.size() <= shortTitle
+                            ? whole
+                            : fontMetrics().elidedText(whole, Qt::ElideMiddle, titleWidth);
+  action.setData(whole);
+  action.setText(QString(shown).replace(u'&', QLatin1String("&&")));
+  action.setToolTip(shown == whole ? QString() : wrappedToolTip(whole));
+}
 
 void TypeAheadMenu::keyPressEvent(QKeyEvent* event) {
   // By the time of typing, however long it took to get here.
@@ -55,10 +73,8 @@ QAction* TypeAheadMenu::match() const {
   const qsizetype from = active < 0 ? 0 : active + (again ? 1 : 0);
   for (qsizetype i = 0; i < all.size(); ++i) {
     QAction* const action = all[(from + i) % all.size()];
-    QString title = action->text();
-    title.replace(QLatin1String("&&"), QLatin1String("&"));
     if (action->isEnabled() && !action->isSeparator() &&
-        title.startsWith(wanted, Qt::CaseInsensitive)) {
+        action->data().toString().startsWith(wanted, Qt::CaseInsensitive)) {
       return action;
     }
   }

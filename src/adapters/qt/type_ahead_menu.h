@@ -11,6 +11,10 @@ class TypeAheadMenu : public QMenu {
  public:
   using QMenu::QMenu;
 
+  // Gives one of its actions its title, without which typing does not find it. A title that is
+  // wider than a menu should be is cut in the middle, and the tool tip has the whole.
+  void setTitle(QAction& action, const QString& title) const;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
