@@ -10,6 +10,7 @@
 #include "bar/menu_bar_pane.h"
 #include "bar/metrics.h"
 #include "bar/x11/dock.h"
+#include "bar/x11/pointer.h"
 #include "bar/x11/window_hints.h"
 
 namespace tarnwick::bar {
@@ -39,7 +40,7 @@ BarApp::BarApp(QDBusConnection bus)
                                        JsonRoot::object))),
       access_(callers_, accessStore_, identities_),
       appearance_(bus_),
-      service_(board_, callers_, access_, appearance_, bus_),
+      service_(board_, callers_, access_, appearance_, x11::isButtonDown, bus_),
       sni_(board_, identities_),
       window_(board_, clock_, appearance_, settings_),
       tray_(board_, window_, identities_),

@@ -59,14 +59,16 @@ const MenuBarService::Method MenuBarService::methods[] = {
 };
 
 MenuBarService::MenuBarService(Board& board, Callers& callers, AccessControl& access,
-                               const Appearance& appearance, QDBusConnection bus, QObject* parent)
+                               const Appearance& appearance, std::function<bool()> isButtonDown,
+                               QDBusConnection bus, QObject* parent)
     : QDBusVirtualObject(parent),
       board_(board),
       callers_(callers),
       access_(access),
       appearance_(appearance),
       bus_(std::move(bus)),
-      native_(board) {
+      native_(board),
+      hand_(std::move(isButtonDown)) {
   registerWireTypes();
   connect(&callers_, &Callers::gone, this, &MenuBarService::callerGone);
   connect(&board_, &Board::itemsChanged, this,

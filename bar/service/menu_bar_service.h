@@ -4,12 +4,13 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QRectF>
+#include <functional>
 
 #include "bar/access/access_control.h"
 #include "bar/access/callers.h"
 #include "bar/board.h"
 #include "bar/native/native_items.h"
-#include "bar/x11/free_hand.h"
+#include "bar/service/free_hand.h"
 #include "look/appearance.h"
 
 namespace tarnwick::bar {
@@ -21,8 +22,10 @@ class MenuBarService : public QDBusVirtualObject {
   Q_OBJECT
 
  public:
+  // `isButtonDown` tells whether the user holds a pointer button.
   MenuBarService(Board& board, Callers& callers, AccessControl& access,
-                 const Appearance& appearance, QDBusConnection bus, QObject* parent = nullptr);
+                 const Appearance& appearance, std::function<bool()> isButtonDown,
+                 QDBusConnection bus, QObject* parent = nullptr);
 
   // Exports the object, then asks for the name. False when the object cannot be exported.
   bool start();
@@ -78,7 +81,7 @@ class MenuBarService : public QDBusVirtualObject {
   QDBusConnection bus_;
   NativeItems native_;
   QRectF frame_;
-  x11::FreeHand hand_;
+  FreeHand hand_;
   ItemId waiting_ = 0;  // whose press waits for it
   QString poster_;      // who posted the press that is still held; empty for nobody
 };
