@@ -6,12 +6,13 @@
 
 namespace tarnwick::bar {
 
-RowPointer::Outcome RowPointer::press(Point at, std::uint32_t modifiers) {
+RowPointer::Outcome RowPointer::press(Point at, std::uint32_t modifiers, Hand hand) {
   Outcome outcome = cancel();
   const auto item = row_.itemAt(at);
   if (!item) return outcome;
   Press press;
   press.item = *item;
+  press.hand = hand;
   press.start = at;
   press.centre = row_.frame(*item)->midX();
   press.grabOffset = at.x - press.centre;
@@ -37,19 +38,12 @@ RowPointer::Outcome RowPointer::drag(Point to) {
   // length: a swap is never undone at the same pointer position.
   const auto order = row_.order();
   auto index = std::find(order.begin(), order.end(), pressed_->item) - order.begin();
-  const auto centreAt = [&](std::ptrdiff_t i) {
-    return row_.frame(order[static_cast<std::size_t>(i)])->midX();
-  };
   const auto count = static_cast<std::ptrdiff_t>(order.size());
-  const auto passes = [&](std::ptrdiff_t i) {
-    return pressed_->centre < centreAt(i) &&
-           (to.x < 0 || isInSight(order[static_cast<std::size_t>(i)]));
-  };
+  const auto at = [&](std::ptrdiff_t i) { return order[static_cast<std::size_t>(i)]; };
   std::ptrdiff_t left = index - 1;
-  for (; left >= 0 && passes(left); --left) row_.moveLeft(pressed_->item);
+  for (; left >= 0 && mayPassLeft(at(left)); --left) row_.moveLeft(pressed_->item);
   if (left == index - 1) {
-    for (std::ptrdiff_t right = index + 1; right < count && pressed_->centre > centreAt(right);
-         ++right) {
+    for (std::ptrdiff_t right = index + 1; right < count && mayPassRight(at(right)); ++right) {
       row_.moveRight(pressed_->item);
     }
   }
@@ -63,10 +57,7 @@ RowPointer::Outcome RowPointer::release(Point at) {
   const Press press = *std::move(pressed_);
   pressed_.reset();
   if (press.dragging) {
-    // Other items may have come or gone meanwhile: only the dragged one's own place counts.
-    ItemRow before = row_;
-    before.restorePlace(press.item, press.order);
-    outcome.orderSettled = before.rememberedOrder() != row_.rememberedOrder();
+    outcome.orderSettled = true;
   } else if (!press.super && row_.itemAt(at) == press.item) {
     outcome.clickedItem = press.item;
   }
@@ -100,6 +91,21 @@ RowPointer::Outcome RowPointer::rowChanged() {
 bool RowPointer::isInSight(ItemId id) const {
   const auto frame = row_.frame(id);
   return frame && frame->maxX() > 0;
+}
+
+bool RowPointer::mayPassLeft(ItemId neighbour) const {
+  const Rect frame = *row_.frame(neighbour);
+  if (pressed_->centre >= frame.midX()) return false;
+  if (pressed_->hand == Hand::posted) return true;
+  const double heldEnd = frame.x + row_.length(pressed_->item);  // its right end, once there
+  return frame.maxX() > 0 && heldEnd > 0;
+}
+
+bool RowPointer::mayPassRight(ItemId neighbour) const {
+  const Rect frame = *row_.frame(neighbour);
+  if (pressed_->centre <= frame.midX()) return false;
+  const double neighbourEnd = row_.frame(pressed_->item)->x + frame.width;  // once it is there
+  return pressed_->hand == Hand::posted || neighbourEnd > 0;
 }
 
 std::optional<ItemId> RowPointer::draggedItem() const {

@@ -10,10 +10,9 @@
 namespace tarnwick::bar {
 
 // What the left pointer button does to the row: a drag with the Super key held rearranges it, a
-// click without it reaches the item. The same rules serve the user's hand and posted events:
-// - A drag to the left passes what is laid out beyond the bar's left end (x = 0) only while the
-//   pointer is beyond it too. The hand's never is, so that it passes nothing it does not see;
-//   posted events put items there and fetch them back.
+// click without it reaches the item. Where the row is wider than the bar:
+// - The user's hand neither passes nor puts anything beyond the bar's left end (x = 0), where it
+//   could not fetch it back. Posted events put items there and fetch them back.
 // - What holds an item in sight is cancelled when anything but the drag itself takes the item out
 //   of sight: nobody can mean to drag what is elsewhere.
 class RowPointer {
@@ -21,15 +20,18 @@ class RowPointer {
   static constexpr double dragThreshold = 4;  // points
   static constexpr std::uint32_t superModifier = 8;
 
+  // Whose events: the user's, or those that a program posts.
+  enum class Hand : std::uint8_t { user, posted };
+
   struct Outcome {
     bool layoutChanged = false;  // frames or the dragged item's picture moved
-    bool orderSettled = false;   // a drag has ended, in a new order or cancelled: remember it
+    bool orderSettled = false;   // a drag has ended, also one back at its start: remember the order
     std::optional<ItemId> clickedItem;  // a click without Super ended on the item it began on
   };
 
   explicit RowPointer(ItemRow& row) : row_(row) {}
 
-  Outcome press(Point at, std::uint32_t modifiers);
+  Outcome press(Point at, std::uint32_t modifiers, Hand hand);
   Outcome drag(Point to);
   Outcome release(Point at);
   // Ends the press or drag; a dragged item returns to where it was.
@@ -40,8 +42,6 @@ class RowPointer {
   Outcome rowChanged();
 
   bool isPressed() const { return pressed_.has_value(); }
-  // Pressed with the Super key: it is or may become a drag.
-  bool isRearranging() const { return pressed_ && pressed_->super; }
   // The item being dragged, and how far right of its place in the row it is to be drawn, in points.
   std::optional<ItemId> draggedItem() const;
   double dragOffset() const;
@@ -49,16 +49,20 @@ class RowPointer {
  private:
   struct Press {
     ItemId item = 0;
+    Hand hand = Hand::user;
     Point start;
     double grabOffset = 0;           // pointer x minus the item's centre x
     std::vector<std::string> order;  // of the row's keys at that moment
     bool super = false;
     bool dragging = false;
-    bool inSight = false;  // the item was when the last event or change was over
+    bool inSight = false;  // whether the item was, after the last event or change of the row
     double centre = 0;     // where the dragged item's centre is drawn
   };
 
   bool isInSight(ItemId id) const;
+  // Whether the held item may change places with its neighbour on that side.
+  bool mayPassLeft(ItemId neighbour) const;
+  bool mayPassRight(ItemId neighbour) const;
 
   ItemRow& row_;
   std::optional<Press> pressed_;

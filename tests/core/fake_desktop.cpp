@@ -199,7 +199,8 @@ void FakeDesktop::post(const PointerEvent& event) {
   switch (event.type) {
     case PointerEventType::leftDown: {
       const auto item = row.itemAt(event.location);
-      if (item && !stubborn.contains(*item)) pointer_.press(event.location, event.flags);
+      if (item && !stubborn.contains(*item))
+        pointer_.press(event.location, event.flags, bar::RowPointer::Hand::posted);
       break;
     }
     case PointerEventType::leftDragged:

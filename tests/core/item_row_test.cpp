@@ -11,6 +11,7 @@ namespace tarnwick::bar {
 namespace {
 
 constexpr std::uint32_t super = RowPointer::superModifier;
+using Hand = RowPointer::Hand;
 
 // Items of the given lengths with ids and keys 1, 2, 3 ... from left to right, ending at x = 500.
 ItemRow rowOf(const std::vector<double>& lengths) {
@@ -107,6 +108,7 @@ struct DragCase {
   double by;  // points from the item's centre
   std::vector<ItemId> expected;
   double grab = 0;  // the pointer's distance from there
+  Hand hand = Hand::user;
 };
 
 TEST(RowPointerTest, ADraggedItemSwapsWithNeighboursWhoseCentreItPasses) {
@@ -124,9 +126,12 @@ TEST(RowPointerTest, ADraggedItemSwapsWithNeighboursWhoseCentreItPasses) {
       {"past one half in sight", {20, 10, 475}, 2, -16, {2, 1, 3}},
       {"to the left end", {2, 6, 494}, 2, -5.5, {1, 2, 3}, 2.5},
       {"not past what is out of sight", {2, 8, 24, 471}, 3, -28.9, {1, 3, 2, 4}, 11.9},
-      {"dropped out of sight", {30, 2, 20, 480}, 3, -24, {1, 3, 2, 4}},
-      {"out of sight", {20, 2, 20, 20, 500}, 4, -41, {1, 4, 2, 3, 5}},
-      {"fetched from there", {20, 2, 24, 496}, 1, 52, {2, 3, 1, 4}},
+      {"not to where it is out of sight", {60, 24, 456}, 2, -43, {1, 2, 3}, 11},
+      {"not pushing another out of sight", {40, 20, 465}, 1, 36, {1, 2, 3}, 19},
+      {"pushing it by a program", {40, 20, 465}, 1, 36, {2, 1, 3}, 19, Hand::posted},
+      {"dropped out of sight", {30, 2, 20, 480}, 3, -24, {1, 3, 2, 4}, 0, Hand::posted},
+      {"out of sight", {20, 2, 20, 20, 500}, 4, -41, {1, 4, 2, 3, 5}, 0, Hand::posted},
+      {"fetched from there", {20, 2, 24, 496}, 1, 52, {2, 3, 1, 4}, 0, Hand::posted},
   };
   for (const DragCase& c : cases) {
     for (const int steps : {1, 6}) {
@@ -134,13 +139,12 @@ TEST(RowPointerTest, ADraggedItemSwapsWithNeighboursWhoseCentreItPasses) {
       ItemRow row = rowOf(c.lengths);
       RowPointer pointer(row);
       const Rect start = *row.frame(c.item);
-      const auto before = row.order();
       const double from = start.midX() + c.grab;
-      pointer.press({from, 12}, super);
+      pointer.press({from, 12}, super, c.hand);
       for (int step = 1; step <= steps; ++step) pointer.drag({from + c.by * step / steps, 12});
       const auto outcome = pointer.release({from + c.by, 12});
       EXPECT_EQ(row.order(), c.expected);
-      EXPECT_EQ(outcome.orderSettled, c.expected != before);
+      EXPECT_EQ(outcome.orderSettled, c.by <= -4 || c.by >= 4);
       EXPECT_EQ(outcome.clickedItem, std::nullopt);
       EXPECT_EQ(pointer.dragOffset(), 0);
     }
@@ -166,7 +170,7 @@ TEST(RowPointerTest, AHeldItemIsLetGoWhenAnythingButItsDragTakesItOutOfSight) {
     ItemRow row = rowOf({20, 20, 20});
     RowPointer pointer(row);
     if (c.to < 0) row.setLength(3, 485);
-    pointer.press({row.frame(2)->midX(), 12}, super);
+    pointer.press({row.frame(2)->midX(), 12}, super, Hand::posted);
     pointer.drag({c.to, 12});
     ASSERT_EQ(row.order().front(), 2u);
     row.setLength(c.resized, c.length);
@@ -180,7 +184,7 @@ TEST(RowPointerTest, AHeldItemIsLetGoWhenAnythingButItsDragTakesItOutOfSight) {
 TEST(RowPointerTest, KeepsThePointerWhereItGrabbedTheItem) {
   ItemRow row = rowOf({20, 20});
   RowPointer pointer(row);
-  pointer.press({499, 12}, super);  // 9 right of the centre of item 2
+  pointer.press({499, 12}, super, Hand::user);  // 9 right of the centre of item 2
   pointer.drag({489, 12});
   EXPECT_EQ(pointer.draggedItem(), 2u);
   EXPECT_EQ(pointer.dragOffset(), -10);
@@ -193,7 +197,7 @@ TEST(RowPointerTest, ItemsThatComeAndGoDuringADragKeepTheirPlaces) {
   for (const bool moved : {false, true}) {
     ItemRow row = rowOf({20, 20, 20});
     RowPointer pointer(row);
-    pointer.press({470, 12}, super);  // item 2
+    pointer.press({470, 12}, super, Hand::user);  // item 2
     pointer.drag({moved ? 440.0 : 465.0, 12});
     row.remove(1);
     row.insert(4, "new", Placement::leftmost, 20);
@@ -203,28 +207,27 @@ TEST(RowPointerTest, ItemsThatComeAndGoDuringADragKeepTheirPlaces) {
     EXPECT_EQ(row.order(), (std::vector<ItemId>{4, 2, 3, 5}));
     EXPECT_EQ(row.rememberedOrder(), (std::vector<std::string>{"new", "1", "2", "3", "another"}));
   }
-  // One that stays where it was has not been moved by the others.
+  // What was stored meanwhile is stored again also when the item goes back to where it was.
   ItemRow row = rowOf({20, 20, 20});
   RowPointer pointer(row);
-  pointer.press({490, 12}, super);  // item 3
-  pointer.drag({485, 12});
-  row.remove(1);
+  pointer.press({490, 12}, super, Hand::user);  // item 3
+  pointer.drag({465, 12});
   row.insert(4, "new", Placement::leftmost, 20);
-  row.insert(5, "newer", Placement::leftmost, 20);
-  EXPECT_FALSE(pointer.release({489, 12}).orderSettled);
+  EXPECT_TRUE(pointer.release({491, 12}).orderSettled);
+  EXPECT_EQ(row.order(), (std::vector<ItemId>{4, 1, 2, 3}));
 }
 
 TEST(RowPointerTest, ClicksReachTheItemUnlessSuperIsHeld) {
   ItemRow row = rowOf({20, 20});
   RowPointer pointer(row);
-  pointer.press({490, 12}, 0);
+  pointer.press({490, 12}, 0, Hand::user);
   pointer.drag({485, 12});
   EXPECT_EQ(pointer.release({485, 12}).clickedItem, 2u);
-  pointer.press({490, 12}, 0);
+  pointer.press({490, 12}, 0, Hand::user);
   EXPECT_EQ(pointer.release({470, 12}).clickedItem, std::nullopt) << "released on another item";
-  pointer.press({490, 12}, super | 1);
+  pointer.press({490, 12}, super | 1, Hand::user);
   EXPECT_EQ(pointer.release({490, 12}).clickedItem, std::nullopt);
-  pointer.press({490, 12}, 0);
+  pointer.press({490, 12}, 0, Hand::user);
   pointer.forget(2);
   row.remove(2);
   EXPECT_EQ(pointer.release({490, 12}).clickedItem, std::nullopt);
