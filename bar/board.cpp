@@ -67,13 +67,14 @@ void Board::remove(ItemId id) {
   items_.erase(found);
   item->disconnect(this);
   item->deleteLater();
+  std::erase_if(waitingPlaces_, [id](const auto& wish) { return wish.first == id; });
   apply(pointer_.forget(id));
-  const std::string place = row_.key(id);
+  const std::string vacated = row_.key(id);
   row_.remove(id);
   const bool last = std::none_of(items_.begin(), items_.end(),
                                  [pid](const auto& other) { return other.second.pid == pid; });
   if (last) appeared_.erase(pid);
-  updateTwins(place);
+  updateTwins(vacated);
   rowChanged(true);
   emit itemRemoved(id);
 }
@@ -103,7 +104,8 @@ void Board::setBounds(double right, double height) {
 }
 
 void Board::placeLeftOf(ItemId id, ItemId sibling) {
-  waitingPlaces_[id] = sibling;
+  std::erase_if(waitingPlaces_, [id](const auto& wish) { return wish.first == id; });
+  waitingPlaces_.emplace_back(id, sibling);
   if (!isHeld()) apply(pointer_.cancel());
 }
 
@@ -118,13 +120,11 @@ void Board::placeWaiting() {
 }
 
 void Board::leftButton(Hand hand, Phase phase, QPointF at, std::uint32_t modifiers) {
-  Point point{at.x(), at.y()};
-  // A monitor on the left does not show what the row has there.
-  if (hand == Hand::user && pointer_.isRearranging()) point.x = std::max(point.x, 0.0);
+  const Point point{at.x(), at.y()};
   RowPointer::Outcome outcome;
   if (phase == Phase::press) {
     if (isHeld() && hand_ != hand) return;
-    outcome = pointer_.press(point, modifiers);
+    outcome = pointer_.press(point, modifiers, hand);
     hand_ = hand;
   } else {
     if (hand_ != hand) return;
@@ -176,7 +176,7 @@ void Board::putIntoRow(ItemId id, Entry& entry) {
               entry.length);
 }
 
-void Board::updateTwins(const std::string& left) {
+void Board::updateTwins(const std::string& vacated) {
   std::vector<std::pair<ItemId, Entry*>> embedded;
   for (auto& [id, entry] : items_) {
     if (entry.kind == ItemKind::xembed) embedded.emplace_back(id, &entry);
@@ -191,7 +191,7 @@ void Board::updateTwins(const std::string& left) {
       entry->item->placed({});
     } else {
       putIntoRow(id, *entry);
-      row_.placeAt(id, left);
+      row_.placeAt(id, vacated);
     }
     entry->cell = {};
     rowChanged(true);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "bar/item.h"
@@ -26,7 +27,8 @@ class Board : public QObject {
 
   // Takes the item in and gives it an id, never reused while the bar runs. An XEmbed item whose
   // process also shows a StatusNotifierItem is kept but takes no room and is not listed: a client
-  // that shows up both ways is one item. When the StatusNotifierItem goes, it takes its place.
+  // that shows up both ways is one item. When the
+  // StatusNotifierItem goes, the XEmbed item stands in its place.
   ItemId add(std::unique_ptr<Item> item);
   void remove(ItemId id);
   Item* item(ItemId id) const;  // nullptr when gone
@@ -42,14 +44,14 @@ class Board : public QObject {
 
   void setBounds(double right, double height);
   // Moves an item immediately left of another, for good. While anybody holds an item, this waits
-  // until that is over; of several wishes for one item the last one counts.
+  // until that is over; wishes are then granted in order, and of several for one item the last.
   void placeLeftOf(ItemId id, ItemId sibling);
 
   // One event of the left button at a point of the bar, from the user's hand or posted by a
   // program. While the user's hand holds an item, posted events are ignored, and the other way
   // round; but a poster silent for a second, or holding it for five, loses the item to the user's
   // hand. `modifiers` are Shift 1, Control 2, Alt 4, Super 8.
-  enum class Hand : std::uint8_t { user, posted };
+  using Hand = RowPointer::Hand;
   enum class Phase : std::uint8_t { press, drag, release, cancel };
   void leftButton(Hand hand, Phase phase, QPointF at, std::uint32_t modifiers);
   std::optional<Hand> holdingHand() const { return hand_; }
@@ -86,8 +88,8 @@ class Board : public QObject {
   bool isListed(const Entry& entry) const;
   bool isTwin(const Entry& entry) const;
   void putIntoRow(ItemId id, Entry& entry);
-  // `left` is the key of the place that an item has just left.
-  void updateTwins(const std::string& left = {});
+  // `vacated`: the key under which the place of an item that has just gone is remembered.
+  void updateTwins(const std::string& vacated = {});
   void updateLength(ItemId id);
   void updateRecord(ItemId id);
   bool isHeld() const { return hand_ == Hand::user || isHeldByPoster(); }
@@ -105,7 +107,7 @@ class Board : public QObject {
   std::set<qint32> appeared_;  // processes announced, until their last item goes
   ItemId nextId_ = 1;
   std::optional<Hand> hand_;
-  std::map<ItemId, ItemId> waitingPlaces_;  // item to the one it is to stand left of
+  std::vector<std::pair<ItemId, ItemId>> waitingPlaces_;  // items and whom each is to stand left of
   QElapsedTimer heldSince_;
   QElapsedTimer lastPosted_;
   QTimer itemsSpacing_;  // runs for a while after itemsChanged()

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int delayMs = 1'000;
 constexpr int orderDelayMs = 50;  // a bar that is killed then must not undo what was done in sight
+constexpr qint64 spacingMs = 1'000;     // programs may rearrange the row without end
 constexpr int longestDelayMs = 64'000;  // of another attempt after failed ones
 constexpr std::size_t maximumKeys = ItemRow::maximumKeys;
 
@@ -39,7 +40,10 @@ PositionStore::PositionStore(Board& board, desktop::JsonFile file, QObject* pare
   const auto saveIn = [this](int delay) {
     if (!timer_.isActive() || timer_.remainingTime() > delay) timer_.start(delay);
   };
-  connect(&board_, &Board::orderChanged, this, [saveIn] { saveIn(orderDelayMs); });
+  connect(&board_, &Board::orderChanged, this, [this, saveIn] {
+    const qint64 wait = sinceSaved_.isValid() ? spacingMs - sinceSaved_.elapsed() : 0;
+    saveIn(std::max(orderDelayMs, static_cast<int>(wait)));
+  });
   connect(&board_, &Board::itemAdded, this, [saveIn] { saveIn(delayMs); });
   // Its twin may have taken a place of its own.
   connect(&board_, &Board::itemRemoved, this, [saveIn] { saveIn(delayMs); });
@@ -53,6 +57,7 @@ void PositionStore::save() {
     document = mergedOrder(keys, keysOf(document), maximumKeys);
     return true;
   });
+  sinceSaved_.start();
   if (written) {
     saved_ = std::move(keys);
     retryMs_ = delayMs;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <string>
@@ -19,8 +20,8 @@ class PositionStore : public QObject {
   // Puts the stored order into the board's row: to be made before the first item comes.
   PositionStore(Board& board, desktop::JsonFile file, QObject* parent = nullptr);
 
-  // Writes the order, as happens by itself within a second of a change, sooner after a drag, if it
-  // differs from what was last written or read.
+  // Writes the order if it differs from what was last written or read. Happens by itself within a
+  // second of a change, and at once after the first drag in a second.
   void save();
 
  private:
@@ -28,6 +29,7 @@ class PositionStore : public QObject {
   desktop::JsonFile file_;
   std::vector<std::string> saved_;
   int retryMs_;
+  QElapsedTimer sinceSaved_;  // the last attempt
   QTimer timer_;
 };
 

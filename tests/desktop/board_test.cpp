@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QTemporaryDir>
+#include <filesystem>
+
+#include "bar/position_store.h"
 #include "tests/desktop/harness/wait.h"
 
 namespace tarnwick::bar {
@@ -114,15 +118,35 @@ TEST_F(BoardTest, PlacingAnItemWaitsForWhoeverHoldsOne) {
   };
   event(Board::Phase::press, 990);
   event(Board::Phase::drag, 965);
-  board.placeLeftOf(b, a);
+  const ItemId gone = add(ItemKind::sni, 1, "gone", 0);
+  board.placeLeftOf(b, c);
+  board.placeLeftOf(c, a);
+  board.placeLeftOf(gone, a);
+  board.placeLeftOf(b, c);
+  board.remove(gone);
   EXPECT_EQ(board.row().order(), (std::vector<ItemId>{a, c, b}));
   int saves = 0;
   QObject::connect(&board, &Board::orderChanged, [&saves] { ++saves; });
   event(Board::Phase::cancel, 965);
-  EXPECT_EQ(board.row().order(), (std::vector<ItemId>{b, a, c}));
-  EXPECT_GE(saves, 1);
+  EXPECT_EQ(board.row().order(), (std::vector<ItemId>{b, c, a}));
+  saves = 0;
   board.placeLeftOf(c, b);
   EXPECT_EQ(board.row().order(), (std::vector<ItemId>{c, b, a}));
+  EXPECT_EQ(saves, 1);
+}
+
+TEST_F(BoardTest, TheOrderIsStoredOnceASecondHoweverOftenItChanges) {
+  const QTemporaryDir folder;
+  const std::filesystem::path path = folder.path().toStdString() + "/positions.json";
+  PositionStore store(board, desktop::JsonFile(path));
+  const ItemId a = add(ItemKind::sni, 1, "a");
+  const ItemId b = add(ItemKind::sni, 1, "b");
+  store.save();
+  const auto stored = std::filesystem::last_write_time(path);
+  board.placeLeftOf(b, a);
+  const auto since = [&] { return std::filesystem::last_write_time(path) - stored; };
+  ASSERT_TRUE(test::waitFor([&] { return since().count() != 0; }));
+  EXPECT_GE(since(), std::chrono::milliseconds(900)) << "timers and times of files are coarse";
 }
 
 TEST_F(BoardTest, PosterThatFellSilentLosesItsItemToTheHand) {
