@@ -19,8 +19,8 @@ class IconSlot {
   void forget() { source_ = 0; }
 
   bool isNull() const { return picture_.isNull(); }
-  // There is a picture, but nothing is to be seen of it, nor was of those before: not one of an
-  // icon that blinks.
+  // There is a picture, and all that there have been so far were wholly transparent. An icon that
+  // blinks is not blank: some of its pictures are visible.
   bool isBlank() const { return !isNull() && !wasVisible_; }
   // Width in points at a height of `side` points; at most 8 times as wide.
   double width(double side) const;

@@ -77,7 +77,7 @@ void PropertyReader::checkLater() {
 void PropertyReader::timerEvent(QTimerEvent* event) {
   if (event->timerId() == timer_.timerId()) {
     timer_.stop();
-    read();
+    if (!muteTimer_.isActive()) read();  // else it is read when that ends
   } else if (event->timerId() == muteTimer_.timerId()) {
     muteTimer_.stop();
     subscribe(true);

@@ -144,10 +144,10 @@ void SniItem::paint(QPainter& painter, const QRectF& cell, double scale, const Q
   if (showsIcon_) {
     const double width = icon_.width(iconSide());
     const QRectF rect(x, cell.center().y() - iconSide() / 2, width, iconSide());
-    if (icon_.isNull() || (isGap() && !isFresh())) {
-      paintPlaceholder(painter, rect, name(), foreground);
-    } else {
+    if (!icon_.isNull() && !isGap()) {
       icon_.paint(painter, rect, scale, foreground, shared_->icons);
+    } else if (hasPicture() || !isFresh()) {
+      paintPlaceholder(painter, rect, name(), foreground);
     }
     if (!overlay_.isNull()) {
       const double side = iconSide() * overlayShare;

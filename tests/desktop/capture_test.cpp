@@ -77,35 +77,42 @@ TEST_F(CaptureTest, MissingPictureIsTakenInAShortReveal) {
 
 TEST_F(CaptureTest, IconThatItsOwnerHasNotGivenYetIsWaitedForAWhile) {
   startBar();
-  const auto iconName = [&](const char* file, QRgb colour) {
+  const auto icon = [&](const char* file, QRgb colour) {
     const QString path = desktop.folder("data") + file;
     QImage square(18, 18, QImage::Format_ARGB32);
     square.fill(colour);
     EXPECT_TRUE(square.save(path));
-    return ("icon-name " + path).toUtf8();
+    return path;
   };
-  const char* const sni[] = {"fake_sni_client", "--icon-size=0", "fake-sni"};
-  const char* const xembed[] = {"fake_xembed_client", "--colour=0", "FakeXembed"};
+  const QString red18 = icon("/red.png", 0xffcc2222);
+  const QStringList sni{"fake_sni_client", "--icon-size=0"};
+  const QStringList transparentSni = sni + QStringList{"--icon-name", icon("/clear.png", 0)};
+  const QStringList xembed{"fake_xembed_client", "--colour=0"};
   const QByteArray red = "\xcc\x22\x22\xff";
   const QByteArray opaque = "\xff";
   const struct {
-    const char* const* client;  // program, argument, hint
-    QByteArray gives;           // what makes it give an icon; empty: it never does
+    QStringList client;  // program, arguments
+    QString gives;       // what makes it give an icon; empty: it never does
     QByteArray shows;
   } cases[] = {{xembed, "colour ffcc2222", red},
-               {sni, iconName("/red.png", 0xffcc2222), red},
-               {sni, iconName("/clear.png", 0), opaque},
+               {sni, "icon-name " + red18, red},
+               {transparentSni, "icon-name " + red18, red},
+               {transparentSni, {}, opaque},
                {xembed, {}, opaque},
                {sni, {}, opaque}};
-  for (const auto& [arguments, gives, shows] : cases) {
-    const char* const hint = arguments[2];
-    SCOPED_TRACE(std::string(hint) + ' ' + gives.toStdString());
-    Program& client = desktop.start(arguments[0], {arguments[1]});
+  for (const auto& [command, gives, shows] : cases) {
+    SCOPED_TRACE((command.join(' ') + ' ' + gives).toStdString());
+    Program& client = desktop.start(command[0], command.mid(1));
+    const QString hint = command[0] == sni[0] ? "fake-sni" : "FakeXembed";
     ASSERT_TRUE(waitFor([&] { return bar.find(hint).has_value(); })) << row();
-    const auto id = bar.find(hint)->id;
+    const auto [id, cell] = std::pair(bar.find(hint)->id, bar.find(hint)->frame.toRect());
+    const QImage drawn = desktop.screenshot().copy(cell.adjusted(1, 1, -1, -2));
+    QImage ground = drawn;
+    ground.fill(drawn.pixelColor(0, 0));
+    EXPECT_TRUE(drawn == ground) << "nothing that would give way to the icon at once";
     bar.render(id, 26, 24);
     EXPECT_EQ(bar.error(), "org.tarnwick.MenuBar1.Error.NoPicture");
-    if (!gives.isEmpty()) client.write(gives);
+    if (!gives.isEmpty()) client.write(gives.toUtf8());
     EXPECT_TRUE(waitFor([&] { return bar.render(id, 26, 24).rgba.contains(shows); }));
     client.kill();
     EXPECT_TRUE(waitFor([&] { return !bar.find(hint); })) << row();

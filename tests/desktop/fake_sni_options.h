@@ -76,6 +76,7 @@ inline Options parse(const QCoreApplication& application) {
       {"title-bytes", "length of a long Title", "n", "0"},
       {"status", "Status", "text", "Active"},
       {"label-bytes", "length of a long XAyatanaLabel", "n", "0"},
+      {"icon-name", "IconName", "text"},
       {"icon-size", "side of IconPixmap; 0 for none", "n", "22"},
       {"pixmap-bytes-wrong", "the pixmap's bytes do not fit its size"},
       {"tooltip", "title of the ToolTip", "text"},
@@ -129,6 +130,7 @@ inline Options parse(const QCoreApplication& application) {
   p["Title"] = "Fake item";
   if (number("title-bytes") > 0) p["Title"] = QString(number("title-bytes"), 'x');
   p["Status"] = parser.value("status");
+  if (parser.isSet("icon-name")) p["IconName"] = parser.value("icon-name");
   if (number("label-bytes") > 0) p["XAyatanaLabel"] = QString(number("label-bytes"), 'x');
   if (parser.isSet("tooltip")) {
     const QString tip = parser.value("tooltip");
