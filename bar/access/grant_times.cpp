@@ -10,6 +10,7 @@ using std::chrono::sys_seconds;
 
 std::optional<sys_seconds> GrantTimes::since(const std::string& executable,
                                              Capability capability) const {
+  if (stale_) return std::nullopt;
   const json document = file_.read();
   if (!document.is_object()) return std::nullopt;
   const auto times = document.find(executable);
@@ -21,26 +22,24 @@ std::optional<sys_seconds> GrantTimes::since(const std::string& executable,
 
 void GrantTimes::granted(const std::string& executable, Capability capability) {
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  file_.update([&](json& document) {
-    if (!document.is_object()) document = json::object();
+  edit([&](json& document) {
     json& times = document[executable];
     if (!times.is_object()) times = json::object();
     times[toName(capability).toStdString()] = std::int64_t{now.time_since_epoch().count()};
-    return true;
   });
 }
 
 void GrantTimes::revoked(const std::string& executable, Capability capability) {
-  file_.update([&](json& document) {
-    if (!document.is_object() || !document.contains(executable)) return false;
+  if (!since(executable, capability)) return;
+  edit([&](json& document) {
     json& times = document[executable];
     if (times.is_object()) times.erase(toName(capability).toStdString());
     if (times.empty()) document.erase(executable);
-    return true;
   });
 }
 
 void GrantTimes::confirm(const std::filesystem::path& grants) {
+  if (stale_) return;
   std::error_code error;
   const auto changedAt = std::filesystem::last_write_time(grants, error);
   if (!error) std::filesystem::last_write_time(file_.path(), changedAt, error);
@@ -51,8 +50,14 @@ void GrantTimes::check(const std::filesystem::path& grants) {
   const auto confirmedAt = std::filesystem::last_write_time(file_.path(), error);
   if (error) return;  // there are none
   if (std::filesystem::last_write_time(grants, error) == confirmedAt && !error) return;
-  file_.update([](json& document) {
-    document = json::object();
+  stale_ = true;
+  edit([](json&) {});
+}
+
+void GrantTimes::edit(const std::function<void(json&)>& change) {
+  stale_ = !file_.update([&](json& document) {
+    if (stale_ || !document.is_object()) document = json::object();
+    change(document);
     return true;
   });
 }

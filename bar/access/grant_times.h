@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 
@@ -22,14 +24,18 @@ class GrantTimes {
   void granted(const std::string& executable, Capability capability);
   void revoked(const std::string& executable, Capability capability);
   // The times are those of `grants`, the file of grants, as it stands now: marks that by giving
-  // their own file its time of change.
+  // their own file its time of change. No effect while they are stale.
   void confirm(const std::filesystem::path& grants);
   // Forgets all times when `grants` was changed since: what was taken meanwhile and given anew
   // cannot be told from the rest.
   void check(const std::filesystem::path& grants);
 
  private:
+  void edit(const std::function<void(nlohmann::json&)>& change);
+
   desktop::JsonFile file_;
+  // The file could not be written and holds what is to be forgotten: nothing of it counts.
+  bool stale_ = false;
 };
 
 }  // namespace tarnwick::bar

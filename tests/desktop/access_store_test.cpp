@@ -36,15 +36,22 @@ TEST(AccessStoreTest, AGrantsTimeIsToldWhileTheBarHasSeenAllThatBecameOfIt) {
     start();
     ASSERT_TRUE(store->grant("/a", capability));
     if (!c.barIsUp) store.reset();
+    // What cannot be written now must not be taken for written later.
+    const std::filesystem::path lock = path / "times.json.lock";
+    std::filesystem::remove(lock);
+    std::filesystem::create_directory(lock);
     auto changedAt = std::filesystem::last_write_time(path / "access.json");
     for (const char* contents : c.written) {
       std::ofstream(path / "access.json") << contents;
       std::filesystem::last_write_time(path / "access.json", changedAt += std::chrono::seconds(1));
       if (store) store->refresh();
     }
-    start();
-    EXPECT_TRUE(store->allows("/a", capability));
-    EXPECT_EQ(store->since("/a", capability).has_value(), c.told);
+    for (const char* writable : {"no", "yes"}) {
+      start();
+      EXPECT_TRUE(store->allows("/a", capability));
+      EXPECT_EQ(store->since("/a", capability).has_value(), c.told) << writable;
+      std::filesystem::remove(lock);
+    }
   }
 }
 
