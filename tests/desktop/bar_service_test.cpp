@@ -97,7 +97,11 @@ TEST_F(BarServiceTest, OwnItemsArePlacedBesideEachOtherAndStayThereOverARestart)
   ASSERT_FALSE(adjoin("own", "sibling")) << row();
   bar.call("PlaceLeftOf", {QVariant::fromValue(own), QVariant::fromValue(sibling)});
   EXPECT_TRUE(adjoin("own", "sibling")) << row();
-  EXPECT_TRUE(barProgram->terminate());
+  // Soon, and not only when the bar ends.
+  const QString file = desktop.folder("state") + "/tarnwick-bar/positions.json";
+  const nlohmann::json order{"native:own", "native:sibling", "native:between"};
+  ASSERT_TRUE(waitFor([&] { return desktop.readJson(file) == order; }));
+  barProgram->kill();
   startBar();
   for (const char* name : {"sibling", "between", "own"}) bar.addItem(name, 20);
   EXPECT_TRUE(adjoin("own", "sibling")) << row();
