@@ -27,8 +27,8 @@ class Board : public QObject {
 
   // Takes the item in and gives it an id, never reused while the bar runs. An XEmbed item whose
   // process also shows a StatusNotifierItem is kept but takes no room and is not listed: a client
-  // that shows up both ways is one item. When the
-  // StatusNotifierItem goes, the XEmbed item stands in its place.
+  // that shows up both ways is one item. When the StatusNotifierItem goes, the XEmbed item takes
+  // over its place.
   ItemId add(std::unique_ptr<Item> item);
   void remove(ItemId id);
   Item* item(ItemId id) const;  // nullptr when gone
@@ -107,7 +107,7 @@ class Board : public QObject {
   std::set<qint32> appeared_;  // processes announced, until their last item goes
   ItemId nextId_ = 1;
   std::optional<Hand> hand_;
-  std::vector<std::pair<ItemId, ItemId>> waitingPlaces_;  // items and whom each is to stand left of
+  std::vector<std::pair<ItemId, ItemId>> waitingPlaces_;  // item, its right neighbour to be
   QElapsedTimer heldSince_;
   QElapsedTimer lastPosted_;
   QTimer itemsSpacing_;  // runs for a while after itemsChanged()

@@ -12,7 +12,8 @@ namespace {
 
 constexpr int delayMs = 1'000;
 constexpr int orderDelayMs = 50;  // a bar that is killed then must not undo what was done in sight
-constexpr qint64 spacingMs = 1'000;     // programs may rearrange the row without end
+// Between two writes: a program may rearrange the row without end.
+constexpr qint64 spacingMs = 1'000;
 constexpr int longestDelayMs = 64'000;  // of another attempt after failed ones
 constexpr std::size_t maximumKeys = ItemRow::maximumKeys;
 
