@@ -32,7 +32,9 @@ bool Services::isOurItem(QPoint rootPixels) {
   return statusBar_.hasItemAt({points.x(), points.y()});
 }
 
+// For a window that is about to be made.
 Recording Services::recording() {
+  locks_.listen();
   using Callback = std::function<void()>;
   return {x11::KeyboardGrab::begin,
           {[this](Callback end) { return presses_.addPressMonitor(std::move(end)); },

@@ -23,12 +23,17 @@ char32_t moved(char32_t letter, int by) {
   return letter + static_cast<char32_t>(by);
 }
 
-// The first character of a text in UTF-8, if that is all of it.
-std::optional<char32_t> onlyCharacter(const std::string& text) {
-  if (text.empty()) return std::nullopt;
+// How many bytes the first character of a text in UTF-8 takes.
+std::size_t lengthOfFirst(const std::string& text) {
   const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (text.size() != length) return std::nullopt;
+  return lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+}
+
+// The character that a text in UTF-8 is; absent when it is not one.
+std::optional<char32_t> onlyCharacter(const std::string& text) {
+  if (text.empty() || text.size() != lengthOfFirst(text)) return std::nullopt;
+  const std::size_t length = text.size();
+  const auto lead = static_cast<unsigned char>(text.front());
   char32_t value = length == 1 ? lead : lead & (0x7FU >> length);
   for (std::size_t i = 1; i < length; ++i) {
     value = value << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
@@ -68,6 +73,13 @@ std::string capitalised(char32_t letter) {
     }
   }
   return character(letter).value_or(std::string());
+}
+
+std::string capitalised(const std::string& text) {
+  if (text.empty()) return text;
+  const std::string first = text.substr(0, lengthOfFirst(text));
+  const auto letter = onlyCharacter(first);
+  return (letter ? capitalised(*letter) : first) + text.substr(first.size());
 }
 
 std::string lowerCased(const std::string& text) {

@@ -13,6 +13,8 @@ std::optional<std::string> character(std::int64_t unicodeScalarValue);
 // The character as the first one of a word in a title, in UTF-8 ("ß" gives "Ss"). What has no
 // capital stays as it is.
 std::string capitalised(char32_t character);
+// A text in UTF-8 with its first character so.
+std::string capitalised(const std::string& text);
 // A capital letter as its small one; any other text as it is. Both in UTF-8.
 std::string lowerCased(const std::string& text);
 

@@ -54,11 +54,13 @@ struct Module {
   std::unordered_map<Shortcut, std::shared_ptr<HotKey>> hotKeys;
   std::map<Name, StoredShortcut> slots;  // those that held something when last looked at
   Registration storeObserver;
+  Registration layoutObserver;
 };
 
 StoredShortcut storedShortcut(const Name& name);
 
-// Has the hot keys follow what the store holds from now on, whoever wrote it.
+// Has the hot keys follow what the store holds from now on, whoever wrote it. One that could not be
+// registered is tried again whenever the keyboard's map changes.
 void observeStore();
 void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& rawValue);
 

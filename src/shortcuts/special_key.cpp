@@ -2,6 +2,7 @@
 
 #include <unordered_map>
 
+#include "shortcuts/character.h"
 #include "shortcuts/localized.h"
 
 namespace tarnwick::KeyboardShortcuts {
@@ -92,7 +93,7 @@ std::optional<SpecialKey> specialKey(Key key) {
 }
 
 std::string presentableDescription(SpecialKey key) {
-  return key == K::space ? localized("space_key") : row(key).description;
+  return key == K::space ? capitalised(localized("space_key")) : row(key).description;
 }
 
 std::optional<std::string> appKitMenuItemKeyEquivalent(SpecialKey key) {

@@ -121,13 +121,16 @@ void observeStore() {
   Module& module = Module::shared();
   module.slots = storedSlots();
   module.storeObserver = module.services->defaults.onChanged(storeDidChange);
+  module.layoutObserver = module.services->layout.onChanged([] {
+    for (const Name& name : storedNames()) registerIfNeeded(name);
+  });
 }
 
 void setInitialShortcutIfNeeded(const Shortcut& shortcut, const std::string& rawValue) {
   const Name name = Name::fromRawValue(rawValue);
   if (holdsAnything(name)) return;
   Module::shared().services->defaults.set(keyOf(name), shortcut.toJson());
-  Module::shared().slots[name] = storedShortcut(name);  // no change that anybody is told of
+  Module::shared().slots[name] = storedShortcut(name);  // so that the store's change is no news
 }
 
 StoredShortcut storedShortcut(const Name& name) {

@@ -74,16 +74,16 @@ TEST_F(DefaultsFileTest, ValuesOfOtherTypesReadAsAbsentAndStay) {
     EXPECT_EQ(defaults_.value("fraction"), DefaultsValue(value));
   }
   expected["fraction"] = 2;
-  expected["fraction.damaged"] = 1.5;
+  expected["damaged.fraction"] = 1.5;
   EXPECT_EQ(json::parse(readFile(path_)), expected) << "what was there is kept";
   expected["fraction"] = nullptr;
-  expected["object.damaged"] = 0.5;
+  expected["damaged.object"] = 0.5;
   writeFile(path_, expected.dump());
   defaults_.set("fraction", true);
   defaults_.set("object", true);
   expected["fraction"] = true;
   expected["object"] = true;
-  expected["object.damaged-2"] = foreign["object"];
+  expected["damaged-2.object"] = foreign["object"];
   EXPECT_EQ(json::parse(readFile(path_)), expected) << "and never replaced";
 }
 

@@ -142,6 +142,12 @@ TEST_F(HotKeyCenterTest, WhatAnotherProgramTookMeanwhileIsGivenUp) {
   setShortcut(k, a);
   EXPECT_TRUE(isEnabled(a));
   EXPECT_EQ(keyboard.registrations.back().id, 2u) << "ids are not used again";
+  openMenu();
+  keyboard.takenByOthers = {commandK};
+  closeMenu();
+  keyboard.takenByOthers.clear();
+  keyboard.layoutChanges.notify();
+  EXPECT_TRUE(isEnabled(a)) << "tried again with the next map";
 }
 
 TEST_F(HotKeyCenterTest, PauseKeepsTheKeysAndCallsNothing) {

@@ -96,6 +96,10 @@ TEST_F(ShortcutModelTest, ReadsForPeopleAndForMenus) {
     EXPECT_EQ(c.shortcut.description(), c.description);
     EXPECT_EQ(c.shortcut.nsMenuItemKeyEquivalent(), c.menu) << c.description;
   }
+  module = {};
+  module = KeyboardShortcuts::use({desktop.loop, desktop, keyboard, keyboard, notifications,
+                                   nullptr, [](const char*) { return "élan"; }});
+  EXPECT_EQ(Shortcut(Key::space).description(), "Élan") << "whatever its translation";
   module.reset();
   EXPECT_EQ(Shortcut(Key::k).description(), "\uFFFD") << "there is no layout";
 }

@@ -193,6 +193,11 @@ TEST_F(ShortcutStorageTest, WhatCannotBeReadIsNotMissing) {
   resetAll();
   EXPECT_EQ(noted(), (std::vector<std::string>{"plain", "null"}));
   EXPECT_TRUE(file.keys().empty());
+  writeFile(path, R"({"KeyboardShortcuts_plain": 1.5})");
+  setShortcut(k, plain);
+  resetAll();
+  EXPECT_EQ(noted(), (std::vector<std::string>{"plain", "plain"}));
+  EXPECT_EQ(file.keys().size(), 1u) << "a copy of what could not be read stays";
 }
 
 TEST_F(ShortcutStorageTest, OtherThreadsAreReported) {

@@ -1,8 +1,8 @@
 // Holds a key combination against everybody else until its standard input ends:
 //   fake_key_holder core|xi2|xi2-keyboard KEYCODE MODIFIERS
 // "core" is a grab of the core protocol, the others of XInput 2: for all keyboards or for one. Or
-// the whole keyboard, tried for until it can be had, as screen lockers do:
-//   fake_key_holder lock
+// the whole keyboard, tried for until it can be had, as screen lockers do, or once:
+//   fake_key_holder lock|try
 
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -45,7 +45,7 @@ bool grabXi2(xcb_connection_t* connection, xcb_window_t root, int keyCode, int m
   return held;
 }
 
-bool lock(xcb_connection_t* connection, xcb_window_t root) {
+bool lock(xcb_connection_t* connection, xcb_window_t root, bool patient) {
   for (;;) {
     auto* const reply =
         xcb_grab_keyboard_reply(connection,
@@ -54,7 +54,7 @@ bool lock(xcb_connection_t* connection, xcb_window_t root) {
                                 nullptr);
     const bool held = reply != nullptr && reply->status == XCB_GRAB_STATUS_SUCCESS;
     std::free(reply);
-    if (held) return true;
+    if (held || !patient) return held;
     usleep(20'000);
   }
 }
@@ -63,12 +63,13 @@ bool lock(xcb_connection_t* connection, xcb_window_t root) {
 
 int main(int argc, char** argv) {
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-  const bool locks = argc == 2 && std::strcmp(argv[1], "lock") == 0;
+  const bool patient = argc == 2 && std::strcmp(argv[1], "lock") == 0;
+  const bool locks = patient || (argc == 2 && std::strcmp(argv[1], "try") == 0);
   if ((argc != 4 && !locks) || xcb_connection_has_error(connection) != 0) return 2;
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
   const int keyCode = locks ? 0 : std::atoi(argv[2]);
   const int modifiers = locks ? 0 : std::atoi(argv[3]);
-  const bool held = locks ? lock(connection, root)
+  const bool held = locks ? lock(connection, root, patient)
                     : std::strcmp(argv[1], "core") == 0
                         ? grabCore(connection, root, keyCode, modifiers)
                         : grabXi2(connection, root, keyCode, modifiers,

@@ -132,6 +132,14 @@ TEST_F(HotKeysTest, OpenMenuOfOursLosesTheShortcutOnlyAndKeepsTheOrder) {
   EXPECT_EQ(all, (QByteArrayList{"down a", "up a", "down a", "up a", "chose second"}));
   keys({"key", "super+Down"});
   EXPECT_EQ(heard(), once) << "grabbed again";
+  ASSERT_EQ(answer("menu"), "menu");
+  ASSERT_TRUE(waitFor([&] {
+    keys({"key", "super+Down"});
+    return !heard().isEmpty();
+  }));
+  keys({"keydown", "ISO_Level3_Shift", "keydown", "super", "keydown", "Down", "keyup",
+        "ISO_Level3_Shift", "keyup", "Down", "keyup", "super"});
+  EXPECT_EQ(heard(), QByteArrayList()) << "not pressed, not released";
 }
 
 TEST_F(HotKeysTest, GrabsFollowModifiersThatComeGoAndMove) {
@@ -139,8 +147,13 @@ TEST_F(HotKeysTest, GrabsFollowModifiersThatComeGoAndMove) {
     return waitFor([&] { return answer("enable a") == (taken ? "a taken" : "a not taken"); });
   };
   ASSERT_EQ(answer(QByteArray("set b 38 4352")), "b taken");
+  keys({"keydown", "ctrl", "keydown", "super", "keydown", "j"});
+  EXPECT_EQ(heard(), QByteArrayList{"down b"});
   run("xmodmap", {"-e", "clear mod4"});
   ASSERT_TRUE(waitFor([&] { return answer("enable b") == "b not taken"; }));
+  keys({"keyup", "j", "keyup", "super", "keyup", "ctrl"});
+  QByteArrayList told;
+  EXPECT_TRUE(waitFor([&] { return (told += heard()) == QByteArrayList{"up b"}; }));
   EXPECT_EQ(answer(QByteArray("set a") + k), "a not taken");
   run("xmodmap", {"-e", "add mod4 = Super_L"});
   EXPECT_TRUE(waitFor([&] { return strike() == once; })) << "nobody has asked for it again";

@@ -67,9 +67,9 @@ json encode(const DefaultsValue& value) {
 
 // Keeps a value that nobody here can read under a key of its own, so that it is not lost.
 void keepAside(json& document, const std::string& key, const json& stored) {
-  std::string aside = key + ".damaged";
+  std::string aside = "damaged." + key;
   for (int i = 2; document.contains(aside); ++i) {
-    aside = key + ".damaged-" + std::to_string(i);
+    aside = "damaged-" + std::to_string(i) + '.' + key;
   }
   document[aside] = stored;
 }

@@ -18,7 +18,7 @@ namespace tarnwick::desktop {
 
 // The user's settings as one JSON object: strings, booleans, integers and string arrays as
 // themselves, bytes as {"$data": "<base64>"}. Values of any other type read as absent and stay in
-// the file; one that is set anew is kept under "<key>.damaged" ("<key>.damaged-2", ...). While the
+// the file; one that is set anew is kept under "damaged.<key>" ("damaged-2.<key>", ...). While the
 // file cannot be read or is being written in place, the last document read from it holds; without
 // one it reads as empty.
 class DefaultsFile : public DefaultsStore {

@@ -53,9 +53,9 @@ void RecorderWidget::show(const KeyboardShortcuts::RecorderAppearance& appearanc
 
 void RecorderWidget::beginWatching() {
   const auto end = [this] { recorder_.windowDidResignKey(); };
+  for (const auto& watch : recording_.ends) watches_.push_back(watch(end));
   watches_.push_back(recording_.grabKeyboard(
       window()->winId(), [this](const auto& event) { return recorder_.keyDown(event); }, end));
-  for (const auto& watch : recording_.ends) watches_.push_back(watch(end));
   qApp->installEventFilter(this);
 }
 
@@ -94,9 +94,7 @@ bool RecorderWidget::eventFilter(QObject* watched, QEvent* event) {
     const auto* const release = static_cast<QMouseEvent*>(event);
     const QRectF shape = shapeOf(*this);
     const QPointF position = mapFromGlobal(release->globalPosition()) - shape.topLeft();
-    if (release->button() == Qt::LeftButton || release->button() == Qt::RightButton) {
-      recorder_.mouseUp({position.x(), position.y()}, {shape.width(), shape.height()});
-    }
+    recorder_.mouseUp({position.x(), position.y()}, {shape.width(), shape.height()});
   }
   return false;
 }

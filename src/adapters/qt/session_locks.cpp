@@ -4,13 +4,9 @@
 
 namespace tarnwick {
 
-Registration SessionLocks::onLocking(std::function<void()> callback) {
-  if (!std::exchange(listens_, true)) listen();
-  return locking_.add(std::move(callback));
-}
-
-// Whoever sends them: each desktop has a screen saver of its own.
+// Signals of any sender: each desktop has a screen saver of its own.
 void SessionLocks::listen() {
+  if (std::exchange(listens_, true)) return;
   QDBusConnection system = QDBusConnection::systemBus();
   system.connect({}, {}, "org.freedesktop.login1.Session", "Lock", this, SLOT(locking()));
   system.connect({}, {}, "org.freedesktop.login1.Manager", "PrepareForSleep", this,

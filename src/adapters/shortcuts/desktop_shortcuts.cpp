@@ -85,7 +85,8 @@ std::optional<std::int64_t> modifiersOf(const Combination& combination,
   if (bits & Combination::alt) bits |= masks.alt;
   if (bits & Combination::super) bits |= masks.super;
   const auto modifiers = masks.modifiers(static_cast<std::uint16_t>(bits & 0xff));
-  return modifiers ? std::optional(KeyboardShortcuts::carbon(*modifiers)) : std::nullopt;
+  if (contains(modifiers, KeyModifiers::unnamed)) return std::nullopt;
+  return KeyboardShortcuts::carbon(modifiers);
 }
 
 }  // namespace

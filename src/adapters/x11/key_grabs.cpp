@@ -15,8 +15,10 @@ namespace tarnwick::x11 {
 
 namespace {
 
-// Releases get lost when the grab is broken, the keyboard is unplugged or the server was stopped.
-constexpr std::chrono::milliseconds heldCheckInterval{100};
+// Releases get lost when a menu closes, the grab is broken or the keyboard is unplugged. Whoever
+// keeps a key down long is looked at more and more seldom.
+constexpr std::chrono::milliseconds firstHeldCheck{100};
+constexpr std::chrono::milliseconds heldCheckInterval{1000};
 
 // Programs that follow the same change of the map let go of what they had in a moment.
 constexpr std::chrono::milliseconds firstRetry{250};
@@ -88,7 +90,7 @@ KeyGrabs::KeyGrabs(KeyboardChanges& changes)
                                         .sequence);
     }
   }
-  heldCheck_.setInterval(heldCheckInterval);
+  heldCheck_.setSingleShot(true);
   heldCheck_.callOnTimeout([this] { checkHeldKeys(); });
   retry_.setSingleShot(true);
   retry_.callOnTimeout([this] {
@@ -112,9 +114,8 @@ Registration KeyGrabs::registerEventHotKey(std::uint32_t keyCode, KeyModifiers m
   });
   if (known || (!grab(hotKey) && hotKey.bits)) return {};
   // Repetitions of a key that is down already would come through the grab as presses.
-  if (hotKey.grabbed && isDown(hotKey.keyCode)) {
-    held_.try_emplace(hotKey.keyCode, HeldKey{*hotKey.bits, false, false, modifiers});
-    heldCheck_.start();
+  if (hotKey.grabbed && !held_.contains(hotKey.keyCode) && isDown(hotKey.keyCode)) {
+    hold(hotKey.keyCode, {false, false, modifiers});
   }
   const auto number = ++lastHotKey_;
   hotKeys_.emplace(number, hotKey);
@@ -184,8 +185,6 @@ void KeyGrabs::followMap() {
       if (std::exchange(hotKey.grabbed, false)) release(hotKey);
     }
     masks_ = present;
-    // The release of a key that is down comes to the same hot key.
-    for (auto& [keyCode, held] : held_) held.bits = masks_.bits(held.modifiers).value_or(0);
   }
   retry_.setInterval(firstRetry);
   grabMissing();
@@ -215,7 +214,7 @@ Registration KeyGrabs::watchMenuKeys(std::function<bool(const InputEvent&)> call
     // The release of what was swallowed is still to be told; it may go elsewhere, so that the
     // check has to notice it. What the menu has seen itself is no business of ours.
     for (auto& [keyCode, held] : held_) {
-      if (held.forMenu) becomeHotKey(held);
+      if (held.forMenu) held = {true, false, held.modifiers};
     }
     std::erase_if(held_, [](const auto& entry) { return !entry.second.forHotKey; });
   });
@@ -228,22 +227,24 @@ bool KeyGrabs::nativeEventFilter(const QByteArray& type, void* message, qintptr*
   const std::uint8_t kind = event->response_type & 0x7f;
   if (kind != XCB_KEY_PRESS && kind != XCB_KEY_RELEASE) return false;
   if (menuWatcher_) return menuKey(event->detail, event->state, kind == XCB_KEY_PRESS);
-  if (kind == XCB_KEY_PRESS) {
-    return event->event == event->root && hotKeyPressed(event->detail, event->state);
-  }
+  if (kind == XCB_KEY_PRESS) return hotKeyPressed(event->detail, event->state);
   keyReleased(event->detail);
   return false;
 }
 
-// True for presses through a grab of a hot key, which are for nobody else.
+// True for presses of a hot key, which are for nobody else. They come through its grab, or past it
+// to a window of ours that still had the keyboard from recording.
 bool KeyGrabs::hotKeyPressed(std::uint8_t keyCode, std::uint16_t state) {
   const auto bits = static_cast<std::uint16_t>(state & masks_.ofShortcuts());
-  const auto [entry, fresh] = held_.try_emplace(keyCode);
-  if (!fresh) return true;  // a repetition
-  entry->second = {bits, true, false, masks_.modifiers(bits).value_or(KeyModifiers::none)};
-  heldCheck_.start();
-  tell(keyCode, bits, true);
-  return true;
+  if (contains(masks_.modifiers(state), KeyModifiers::unnamed)) return false;
+  for (const auto& [number, hotKey] : hotKeys_) {
+    if (!hotKey.grabbed || hotKey.keyCode != keyCode || hotKey.bits != bits) continue;
+    if (held_.contains(keyCode)) return true;  // a repetition
+    hold(keyCode, {true, false, hotKey.modifiers});
+    tell(hotKey, true);
+    return true;
+  }
+  return false;
 }
 
 bool KeyGrabs::menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed) {
@@ -251,26 +252,26 @@ bool KeyGrabs::menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed) 
   const auto known = held_.find(keyCode);
   const bool held = known != held_.end();
   auto modifiers = masks_.modifiers(state);
-  if (!pressed && held) {
-    modifiers = known->second.modifiers;  // those of the press: a modifier may be released first
-    held_.erase(known);
+  if (!pressed) {
+    if (!held) return false;
+    const HeldKey press = held_.extract(known).mapped();
+    if (!press.forHotKey && !press.forMenu) return false;
+    modifiers = press.modifiers;  // one of them may have been released first
   }
-  if (!key || !modifiers) return false;
+  if (!key) return false;
   const auto watcher = menuWatcher_;
   const bool swallowed = (*watcher)(
-      {pressed ? EventKind::keyDown : EventKind::keyUp, *key, *modifiers, pressed && held});
+      {pressed ? EventKind::keyDown : EventKind::keyUp, *key, modifiers, pressed && held});
   if (pressed && !held) {
-    HeldKey now{0, false, swallowed, *modifiers};
     const bool closed = menuWatcher_ != watcher;  // by what it has just done
-    if (closed && swallowed) becomeHotKey(now);
-    if (!closed || swallowed) held_[keyCode] = now;
-    heldCheck_.start();
+    if (!closed || swallowed) hold(keyCode, {closed, !closed && swallowed, modifiers});
   }
   return swallowed;
 }
 
-void KeyGrabs::becomeHotKey(HeldKey& held) const {
-  held = {masks_.bits(held.modifiers).value_or(0), true, false, held.modifiers};
+void KeyGrabs::hold(std::uint8_t keyCode, const HeldKey& key) {
+  held_[keyCode] = key;
+  heldCheck_.start(firstHeldCheck);
 }
 
 bool KeyGrabs::isDown(std::uint8_t keyCode) {
@@ -283,17 +284,18 @@ bool KeyGrabs::isDown(std::uint8_t keyCode) {
 
 void KeyGrabs::keyReleased(std::uint8_t keyCode) {
   const auto held = held_.extract(keyCode);
-  if (!held.empty() && held.mapped().forHotKey) tell(keyCode, held.mapped().bits, false);
+  if (held.empty() || !held.mapped().forHotKey) return;
+  // By its modifiers: the keyboard may have lost or moved them meanwhile.
+  for (const auto& [number, hotKey] : hotKeys_) {
+    if (hotKey.keyCode != keyCode || hotKey.modifiers != held.mapped().modifiers) continue;
+    return tell(hotKey, false);
+  }
 }
 
-void KeyGrabs::tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed) {
-  for (const auto& [number, hotKey] : hotKeys_) {
-    if (hotKey.keyCode != keyCode || hotKey.bits != bits) continue;
-    const auto watcher = watcher_;
-    const HotKeyEvent event{hotKey.id, pressed};
-    if (watcher) (*watcher)(event);
-    return;
-  }
+void KeyGrabs::tell(const HotKey& hotKey, bool pressed) {
+  const auto watcher = watcher_;
+  const HotKeyEvent event{hotKey.id, pressed};
+  if (watcher) (*watcher)(event);
 }
 
 void KeyGrabs::checkHeldKeys() {
@@ -306,7 +308,9 @@ void KeyGrabs::checkHeldKeys() {
       }
     }
   }
-  if (held_.empty()) heldCheck_.stop();
+  if (!held_.empty()) {
+    heldCheck_.start(std::min(2 * heldCheck_.intervalAsDuration(), heldCheckInterval));
+  }
 }
 
 }  // namespace tarnwick::x11

@@ -45,7 +45,6 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
   };
   // A key that is down and what its press has been.
   struct HeldKey {
-    std::uint16_t bits = 0;  // of the grab it came through
     bool forHotKey = false;  // a press of a hot key was told, its release is to follow
     bool forMenu = false;    // a menu's watcher swallowed it
     KeyModifiers modifiers = KeyModifiers::none;
@@ -58,8 +57,8 @@ class KeyGrabs : public HotKeys, public QAbstractNativeEventFilter {
   bool hotKeyPressed(std::uint8_t keyCode, std::uint16_t state);
   bool menuKey(std::uint8_t keyCode, std::uint16_t state, bool pressed);
   void keyReleased(std::uint8_t keyCode);
-  void tell(std::uint8_t keyCode, std::uint16_t bits, bool pressed);
-  void becomeHotKey(HeldKey& held) const;
+  void tell(const HotKey& hotKey, bool pressed);
+  void hold(std::uint8_t keyCode, const HeldKey& key);
   static bool isDown(std::uint8_t keyCode);
   void checkHeldKeys();
 

@@ -65,9 +65,9 @@ void KeyboardGrab::grab() {
                                         XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
   const Reply<xcb_grab_keyboard_reply_t> reply(
       xcb_grab_keyboard_reply(connection, cookie, nullptr));
-  grabbed_ = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
   held_ = keysDown();
-  if (grabbed_) {
+  for (const auto key : modifierKeys_) held_.erase(key);
+  if (reply && reply->status == XCB_GRAB_STATUS_SUCCESS) {
     holder_ = this;
     retry_.stop();
   } else if (!retry_.isActive()) {
@@ -77,7 +77,6 @@ void KeyboardGrab::grab() {
 
 void KeyboardGrab::ungrab() {
   retry_.stop();
-  grabbed_ = false;
   if (holder_ != this) return;
   holder_ = nullptr;
   if (xcb_connection_t* const connection = server()) {
@@ -86,10 +85,11 @@ void KeyboardGrab::ungrab() {
   }
 }
 
+// What ends recording from outside may be about to lock the screen.
 void KeyboardGrab::end() {
   handler_ = nullptr;
-  held_ = keysDown();
   retry_.stop();
+  if (!handling_) ungrab();
   finishIfIdle();
 }
 
@@ -99,26 +99,25 @@ void KeyboardGrab::expire() {
     const auto idle = idle_;  // drops the registration, which may end this
     return idle();
   }
+  forgetReleased();
+}
+
+// Releases come to whoever has the focus or the keyboard then.
+void KeyboardGrab::forgetReleased() {
   const auto down = keysDown();
   std::erase_if(held_, [&](std::uint8_t key) { return !down.contains(key); });
   finishIfIdle();
 }
 
-// Without the grab, repetitions come here as long as the window has the focus.
 void KeyboardGrab::finishIfIdle() {
-  if (!handler_ && (held_.empty() || (!grabbed_ && !focused_))) delete this;
+  if (!handler_ && !handling_ && held_.empty()) delete this;
 }
 
 bool KeyboardGrab::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
   if (type != "xcb_generic_event_t") return false;
   const auto kind = static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f;
-  if (kind == XCB_FOCUS_IN || kind == XCB_FOCUS_OUT) {
-    const auto* const event = static_cast<const xcb_focus_in_event_t*>(message);
-    const bool byGrab =
-        event->mode == XCB_NOTIFY_MODE_GRAB || event->mode == XCB_NOTIFY_MODE_UNGRAB;
-    if (event->event != window_ || byGrab) return false;
-    focused_ = kind == XCB_FOCUS_IN;
-    finishIfIdle();
+  if (kind == XCB_FOCUS_IN) {
+    forgetReleased();
     return false;
   }
   const auto* const event = static_cast<const xcb_key_press_event_t*>(message);
@@ -140,18 +139,18 @@ bool KeyboardGrab::pressed(std::uint8_t keyCode, std::uint16_t state) {
   }
   bound_.start();
   if (isModifier) return true;
+  held_.insert(keyCode);
 
   std::optional<InputEvent> press;
   if (const auto key = virtualKey(keyCode)) {
-    auto modifiers = masks_.modifiers(state);
-    if (!modifiers) {
-      modifiers = masks_.modifiers(state & (masks_.ofShortcuts() | XCB_MOD_MASK_LOCK));
-      modifiers = *modifiers | KeyModifiers::unnamed;
-    }
-    press = InputEvent{EventKind::keyDown, *key, *modifiers, false};
+    press = InputEvent{EventKind::keyDown, *key, masks_.modifiers(state), false};
   }
-  const auto handler = handler_;  // which may end this
-  return handler(press);
+  const auto handler = handler_;  // which may drop the registration
+  handling_ = true;
+  const bool swallowed = handler(press);
+  handling_ = false;
+  finishIfIdle();
+  return swallowed;
 }
 
 Registration KeyboardGrab::begin(WId window, Handler handler, std::function<void()> idle) {

@@ -83,7 +83,7 @@ std::optional<std::uint16_t> ModifierMasks::bits(KeyModifiers modifiers) const {
   return all;
 }
 
-std::optional<KeyModifiers> ModifierMasks::modifiers(std::uint16_t state) const {
+KeyModifiers ModifierMasks::modifiers(std::uint16_t state) const {
   std::uint16_t rest = state & allModifiers & ~(numLock | scrollLock);
   auto modifiers = KeyModifiers::none;
   const auto take = [&](std::uint16_t bit, KeyModifiers modifier) {
@@ -96,7 +96,7 @@ std::optional<KeyModifiers> ModifierMasks::modifiers(std::uint16_t state) const 
   take(XCB_MOD_MASK_CONTROL, KeyModifiers::control);
   take(alt, KeyModifiers::option);
   take(super, KeyModifiers::command);
-  return rest == 0 ? std::optional(modifiers) : std::nullopt;
+  return rest == 0 ? modifiers : modifiers | KeyModifiers::unnamed;
 }
 
 std::vector<std::uint16_t> ModifierMasks::withLocks(std::uint16_t bits) const {

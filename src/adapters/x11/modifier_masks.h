@@ -22,8 +22,8 @@ struct ModifierMasks {
   std::uint16_t ofShortcuts() const;
   // Bits for the modifiers; absent when the keyboard has no key for one of them.
   std::optional<std::uint16_t> bits(KeyModifiers modifiers) const;
-  // Modifiers of an event's state; absent when one is held that the core has no name for.
-  std::optional<KeyModifiers> modifiers(std::uint16_t state) const;
+  // Modifiers of an event's state, `unnamed` for those that the core has no name for.
+  KeyModifiers modifiers(std::uint16_t state) const;
   // The bits beside every combination of lock keys, which may be on at any time.
   std::vector<std::uint16_t> withLocks(std::uint16_t bits) const;
 
