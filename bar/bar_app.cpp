@@ -9,6 +9,7 @@
 #include "bar/access/privacy_window.h"
 #include "bar/menu_bar_pane.h"
 #include "bar/metrics.h"
+#include "bar/x11/bring_to_user.h"
 #include "bar/x11/dock.h"
 #include "bar/x11/pointer.h"
 #include "bar/x11/window_hints.h"
@@ -114,10 +115,11 @@ void BarApp::watchFilesAgain() {
   }
 }
 
-void BarApp::showPane(const QString& pane) {
-  QPointer<QWidget>& window = pane == QLatin1String("privacy") ? privacyWindow_ : menuBarPane_;
+void BarApp::showPane(const QString& pane, const QString& caller) {
+  const bool isPrivacy = pane == QLatin1String("privacy");
+  QPointer<QWidget>& window = isPrivacy ? privacyWindow_ : menuBarPane_;
   if (!window) {
-    if (pane == QLatin1String("privacy")) {
+    if (isPrivacy) {
       auto* const privacy = new PrivacyWindow(accessStore_);
       connect(privacy, &PrivacyWindow::askAgainClicked, &access_, &AccessControl::forgetRefusals);
       window = privacy;
@@ -126,12 +128,10 @@ void BarApp::showPane(const QString& pane) {
     }
   }
   // A program that asks for access opens this window together with the question.
-  const bool asks = access_.asks();
+  const bool asks = isPrivacy && access_.asks(caller);
   window->setAttribute(Qt::WA_ShowWithoutActivating, asks);
-  window->show();
-  window->raise();
-  if (asks) return access_.presentQuestion();
-  window->activateWindow();
+  x11::bringToUser(*window);
+  if (asks) access_.presentQuestion();
 }
 
 }  // namespace tarnwick::bar

@@ -31,8 +31,8 @@ class BarApp : public QObject {
   explicit BarApp(QDBusConnection bus);
   ~BarApp() override;
 
-  // From then on, too, the end of the event loop gives foreign icons back and stores what is to be
-  // remembered.
+  // To be called once, before the event loop. When the loop ends, foreign icons are given back and
+  // the items' places are stored.
   void start();
 
  private:
@@ -40,7 +40,7 @@ class BarApp : public QObject {
   void applySettings();
   void watchFiles();
   void watchFilesAgain();
-  void showPane(const QString& pane);
+  void showPane(const QString& pane, const QString& caller);
 
   QDBusConnection bus_;
   desktop::IdentityResolver identities_;

@@ -151,7 +151,7 @@ Right-click the chevron to add some.</source>
     </message>
     <message>
         <source>Menu bar icons need Screen Capture permission. Grant it in the privacy settings.</source>
-        <translation>メニューバーアイコンの表示には画面の取り込みの許可が必要です。プライバシー設定で許可してください。</translation>
+        <translation>メニューバーのアイコンの表示には画面の取り込みの許可が必要です。プライバシー設定で許可してください。</translation>
     </message>
     <message>
         <source>The bar’s own parts</source>

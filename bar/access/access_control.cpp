@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "bar/access/access_dialog.h"
+#include "bar/x11/bring_to_user.h"
 
 namespace tarnwick::bar {
 
@@ -73,10 +74,16 @@ void AccessControl::showFirst() {
   open.dialog->show();
 }
 
+bool AccessControl::asks(const QString& name) const {
+  if (open_.empty()) return false;
+  const auto& askers = open_.front().askers;
+  return std::any_of(askers.begin(), askers.end(),
+                     [&](const Asker& asker) { return asker.name == name; });
+}
+
 void AccessControl::presentQuestion() {
   if (open_.empty() || !open_.front().dialog) return;
-  open_.front().dialog->raise();
-  open_.front().dialog->activateWindow();
+  x11::bringToUser(*open_.front().dialog);
 }
 
 void AccessControl::answer(const Question& question, bool allow) {

@@ -33,9 +33,9 @@ class AccessControl : public QObject {
   void request(const QString& name, qint32 pid, Capability capability,
                std::function<void(bool)> then);
 
-  // Whether a question waits for its answer.
-  bool asks() const { return !open_.empty(); }
-  // Puts that question in front, with the keyboard.
+  // Whether the question that is shown is one of this connection's.
+  bool asks(const QString& name) const;
+  // Puts the question that is shown in front, with the keyboard.
   void presentQuestion();
 
   // Whoever has been told "Don't Allow" may ask again.

@@ -37,8 +37,8 @@ class MenuBarService : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
  signals:
-  // "privacy" or "menu-bar".
-  void paneRequested(const QString& pane);
+  // "privacy" or "menu-bar", and the connection that wants to see it.
+  void paneRequested(const QString& pane, const QString& caller);
 
  private:
   struct Method;

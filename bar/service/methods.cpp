@@ -210,7 +210,7 @@ void MenuBarService::showPane(const QDBusMessage& message, qint32) {
     return invalid(message, QStringLiteral("Panes are \"privacy\" and \"menu-bar\""));
   }
   reply(message);
-  emit paneRequested(pane);
+  emit paneRequested(pane, message.service());
 }
 
 }  // namespace tarnwick::bar

@@ -26,6 +26,7 @@ constexpr NamedAtom namedAtoms[] = {
     {"MANAGER", &Atoms::manager},
     {"_NET_ACTIVE_WINDOW", &Atoms::netActiveWindow},
     {"_NET_CLIENT_LIST", &Atoms::netClientList},
+    {"_NET_CURRENT_DESKTOP", &Atoms::netCurrentDesktop},
     {"_NET_SYSTEM_TRAY_COLORS", &Atoms::netTrayColors},
     {"_NET_SYSTEM_TRAY_ICON_SIZE", &Atoms::netTrayIconSize},
     {"_NET_SYSTEM_TRAY_OPCODE", &Atoms::netTrayOpcode},

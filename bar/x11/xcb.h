@@ -97,11 +97,11 @@ void selectRootEvents(std::uint32_t mask);
 // Interned once per process, in one round trip.
 struct Atoms {
   xcb_atom_t bamfDesktopFile, gtkApplicationId, kdeDesktopFile, manager, netActiveWindow,
-      netClientList, netTray, netTrayColors, netTrayIconSize, netTrayOpcode, netTrayOrientation,
-      netTrayPadding, netTrayVisual, netWmDesktop, netWmName, netWmPid, netWmState, netWmStateAbove,
-      netWmStateSkipPager, netWmStateSkipTaskbar, netWmStateSticky, netWmStrut, netWmStrutPartial,
-      netWmWindowType, netWmWindowTypeDock, utf8String, wmProtocols, wmTakeFocus, xembed,
-      xembedInfo;
+      netClientList, netCurrentDesktop, netTray, netTrayColors, netTrayIconSize, netTrayOpcode,
+      netTrayOrientation, netTrayPadding, netTrayVisual, netWmDesktop, netWmName, netWmPid,
+      netWmState, netWmStateAbove, netWmStateSkipPager, netWmStateSkipTaskbar, netWmStateSticky,
+      netWmStrut, netWmStrutPartial, netWmWindowType, netWmWindowTypeDock, utf8String, wmProtocols,
+      wmTakeFocus, xembed, xembedInfo;
 };
 const Atoms& atoms();
 

@@ -96,7 +96,8 @@ void ApplicationService::serve(Desktop& desktop, std::weak_ptr<AppDelegate> dele
 }
 
 void ApplicationService::Activate(const QVariantMap&) {
-  if (!launched_) return;  // what the bus has started this process for
+  // The bus has started this process to deliver this very call: that is the launch.
+  if (!launched_) return;
   if (const auto delegate = delegate_.lock()) {
     delegate->applicationShouldHandleReopen(false);
   } else if (calledFromDBus()) {

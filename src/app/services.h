@@ -82,7 +82,7 @@ class Services {
   QtMenus menus_{loop_, presses_, [this](const AXElement& entry, std::function<void()> gone) {
                    return accessibility_.watchMenu(entry, std::move(gone));
                  }};
-  QtSettingsWindows settingsWindows_{{x11::bringToUser, x11::isMinimized},
+  QtSettingsWindows settingsWindows_{{x11::bringToUser, x11::isMinimized, x11::unmaximize},
                                      [this] { return makeHotkeyRows(recording()); }};
   BarSettingsPanes settingsPanes_{bar_};
   desktop::AutostartEntry loginItem_;

@@ -1,5 +1,6 @@
 #include "look/session.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QGuiApplication>
@@ -10,9 +11,12 @@
 namespace tarnwick {
 
 bool hasSessionBus() {
-  if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return true;
+  const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+  if (!address.isEmpty()) return !address.startsWith("autolaunch:");
   const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-  return !runtime.isEmpty() && access((runtime + "/bus").constData(), F_OK) == 0;
+  struct stat file {};
+  return !runtime.isEmpty() && stat((runtime + "/bus").constData(), &file) == 0 &&
+         S_ISSOCK(file.st_mode) && file.st_uid == getuid();
 }
 
 // The toolkit tells the manager what was set at the end of each saving, of which the first comes as

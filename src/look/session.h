@@ -5,9 +5,10 @@
 
 namespace tarnwick {
 
-// Whether the session bus can be found: by $DBUS_SESSION_BUS_ADDRESS or at $XDG_RUNTIME_DIR/bus.
-// To be asked before anything uses the bus: without either the bus library would start a bus of its
-// own on this X server, which no other program uses.
+// Whether the session bus can be found: by $DBUS_SESSION_BUS_ADDRESS, unless that says
+// "autolaunch:", or by this user's socket $XDG_RUNTIME_DIR/bus. To be asked before anything uses
+// the bus: otherwise the bus library would start a bus of its own on this X server, which no other
+// program uses.
 bool hasSessionBus();
 
 // Tells the session manager (XSMP), if there is one, not to start this program with the session:

@@ -36,6 +36,7 @@ PanelController::PanelController(Desktop& desktop, std::weak_ptr<PanelOwner> own
 
 void PanelController::show(std::optional<Rect> below) {
   if (below) lastAnchorFrame_ = below;
+  hasMainScreen_ = desktop_.screens.main().has_value();
   applyContent();
   ensure().orderFrontRegardless();
   if (preferences_.panelIconStyle() == PanelIconStyle::statusIcon) {
@@ -101,7 +102,7 @@ void PanelController::place(PanelWindow& window) {
   if (!lastAnchorFrame_) return;
   const double anchored = lastAnchorFrame_->maxX() - size.width;
   const double rightmost =
-      (desktop_.screens.main() ? visible : *lastAnchorFrame_).maxX() - size.width - screenMargin;
+      (hasMainScreen_ ? visible : *lastAnchorFrame_).maxX() - size.width - screenMargin;
   const double leftmost = screen.frame.minX() + screenMargin;
   window.setTopLeft({std::max(std::min(rightmost, anchored), leftmost), top});
 }

@@ -52,6 +52,7 @@ class PanelController : public std::enable_shared_from_this<PanelController> {
   const std::shared_ptr<StatusIconCapturer> capturer_;
   std::unique_ptr<PanelWindow> panel_;
   std::optional<Rect> lastAnchorFrame_;
+  bool hasMainScreen_ = false;        // when it was shown; too dear for each refresh
   Registration outsideClickMonitor_;  // present while the panel is shown
   Registration barWatch_;             // likewise: a panel below no handle goes away
 };

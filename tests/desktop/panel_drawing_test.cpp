@@ -61,7 +61,7 @@ TEST_F(PanelDrawingTest, EverythingLiesWhereItsMeasuresSayAtEveryScale) {
     SCOPED_TRACE(testing::Message() << scale << ' ' << statusStyle);
     show({{ungrouped, group}, 2, statusStyle, {}});
     // Margin 6, padding 12; two rows of 30 with 8 between, then 10; the title, then 6.
-    EXPECT_EQ(title()->pos(), QPoint(18, 96));
+    EXPECT_EQ(title()->mapTo(widget, QPoint()), QPoint(18, 96));
     const int below = 96 + title()->height() + 6;
     EXPECT_EQ(widget->size(), QSize(112, below + 48));
     QImage image(widget->size() * scale, QImage::Format_ARGB32_Premultiplied);
@@ -96,7 +96,7 @@ TEST_F(PanelDrawingTest, EverythingLiesWhereItsMeasuresSayAtEveryScale) {
 }
 
 TEST_F(PanelDrawingTest, TitlesKeepInsideThePanelAndTellTheirWholeText) {
-  const PanelSection::Entry entry{"a", "A", {}, false, false};
+  const PanelSection::Entry entry{"a", "A", pictureOf(Qt::red, 34, 28), true, false};
   show({{{"Work", {entry}}, {longTitle, {entry}}}, 5, false, {}});
   EXPECT_EQ(widget->width(), 18 + 118 + 18) << "as wide as three entries";
   EXPECT_EQ(title(1)->width(), 118);
@@ -112,6 +112,11 @@ TEST_F(PanelDrawingTest, TitlesKeepInsideThePanelAndTellTheirWholeText) {
   const auto atLeft = [this](const QWidget* part) { return part->mapTo(widget, QPoint()).x(); };
   const int left = atLeft(title());
   EXPECT_TRUE(left >= 18 && left + title()->width() <= 300 - 18);
+  QImage image(widget->size(), QImage::Format_ARGB32_Premultiplied);
+  widget->render(&image);
+  const QImage mask = image.createMaskFromColor(qRgb(255, 0, 0), Qt::MaskOutColor);
+  const QRect drawn = QRegion(QBitmap::fromImage(mask)).boundingRect();
+  EXPECT_EQ(std::pair(drawn.left(), drawn.right()), std::pair(18, 299 - 6)) << "the margins stay";
   auto* const bar = widget->findChildren<QScrollBar*>().value(1);
   ASSERT_TRUE(bar->orientation() == Qt::Horizontal && bar->maximum() > 0);
   bar->setValue(bar->maximum());

@@ -5,6 +5,7 @@
 
 #include "tests/desktop/harness/accessible_tree.h"
 #include "tests/desktop/harness/status_desktop_test.h"
+#include "tests/desktop/harness/x_screen.h"
 
 namespace tarnwick::test {
 namespace {
@@ -156,8 +157,17 @@ TEST_F(RecorderTest, AsksAboutWhatIsTaken) {
   }
   keys("ctrl+super+k");
   ASSERT_TRUE(waitForAlert(taken));
-  xdotool({"search", "--name", "^Tarnwick$", "windowminimize", "%@"});
-  ASSERT_TRUE(waitForAlert(taken)) << "it cannot be minimised";
+  Program& search = desktop.start("xdotool", {"search", "--onlyvisible", "--name", "^Tarnwick$"});
+  search.waitForEnd();
+  for (const QByteArray& line : search.output().trimmed().split('\n')) {
+    PropertyWatch states(desktop.display(), line.toUInt(), "WM_STATE");
+    xdotool({"windowminimize", line});
+    EXPECT_TRUE(waitFor([&] {
+      return states.changes() >= 2 &&
+             numbersOf(desktop.display(), line.toUInt(), "WM_STATE").front() == 1;
+    })) << "it cannot be minimised";
+  }
+  ASSERT_TRUE(waitForAlert(taken));
   desktop.click(tree->frameOf(*button("Use Anyway")).center());
   EXPECT_TRUE(waitFor([&] { return shownIn(panelRow) == "⌃⌘K" && stored(); }));
   EXPECT_FALSE(isRecording(panelRow));

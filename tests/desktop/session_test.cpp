@@ -81,6 +81,11 @@ TEST_F(SessionTest, LaunchByTheBusOpensNoSettingsAndTheNextOneDoes) {
   EXPECT_FALSE(settingsAreShown());
   ASSERT_TRUE(ask("Activate"));
   EXPECT_TRUE(waitFor([&] { return settingsAreShown(); }));
+  ASSERT_TRUE(waitFor([&] {
+    Program& active = desktop.start("xdotool", {"getactivewindow", "getwindowname"});
+    active.waitForEnd();
+    return active.output() == "Tarnwick\n";
+  }));
   ASSERT_TRUE(desktop.start("xdotool", {"key", "ctrl+q"}).waitForEnd());
   ASSERT_TRUE(waitFor([&] { return desktop.ownerOf("org.tarnwick.Tarnwick") == 0; }));
 

@@ -90,8 +90,11 @@ TEST_F(SettingsTest, FromTheWarningToAHiddenApplicationInAGroupAndBack) {
 
   press("Open Privacy Settings…", button);
   ASSERT_TRUE(waitFor([&] { return !desktop.windowFrame("Privacy").isEmpty(); }));
-  letPass(std::chrono::milliseconds(200));
-  EXPECT_EQ(activeTitle(), "Accessibility") << "the question keeps the keyboard";
+  EXPECT_TRUE(waitFor([&] { return activeTitle() == "Accessibility"; })) << "the question has it";
+  for (const auto& [pane, title] : {std::pair("menu-bar", "Menu Bar"), {"privacy", "Privacy"}}) {
+    bar.call("ShowPane", {pane});
+    EXPECT_TRUE(waitFor([&] { return activeTitle() == title; })) << "it is not this test that asks";
+  }
   std::optional<Accessible> allow;
   ASSERT_TRUE(waitFor([&] {
     allow = shownControl("Allow", button, "tarnwick-bar");

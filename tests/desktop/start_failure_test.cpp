@@ -17,11 +17,13 @@ TEST(StartFailure, MissingSessionIsOneLineAndExitCodeOne) {
       {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"},
       {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", nullptr},
       {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", ""},
+      {"tarnwick-bar", "DBUS_SESSION_BUS_ADDRESS", "autolaunch:"},
       {"tarnwick", "DISPLAY", ""},
       {"tarnwick", "DISPLAY", ":9999"},
       {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"},
       {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", nullptr},
       {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", ""},
+      {"tarnwick", "DBUS_SESSION_BUS_ADDRESS", "autolaunch:"},
   };
   for (const Case& each : cases) {
     SCOPED_TRACE(testing::Message() << each.program << " with " << each.variable << "="
@@ -34,6 +36,8 @@ TEST(StartFailure, MissingSessionIsOneLineAndExitCodeOne) {
     launcher.write("#!/bin/sh\ntouch ~/launched\n");
     launcher.close();
     launcher.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    QFile notASocket(desktop.folder("runtime") + "/bus");
+    ASSERT_TRUE(notASocket.open(QIODevice::WriteOnly));
     desktop.setVariable("PATH", desktop.folder("home") + ':' + qEnvironmentVariable("PATH"));
     desktop.unsetVariable(each.variable);
     if (each.value) desktop.setVariable(each.variable, each.value);

@@ -73,6 +73,34 @@ TEST_F(WindowsTest, SettingsReachTheUserWhereverTheyAre) {
   EXPECT_EQ(desktop.windowFrame("Privacy").size(), QSize(1280, 800));
 }
 
+TEST_F(WindowsTest, PanesOfTheBarReachTheUserToo) {
+  startBar();
+  const auto show = [this](const char* pane) { bar.call("ShowPane", {pane}); };
+  // The bar itself is called like the other pane.
+  const auto active = [this] { return numbers("_NET_ACTIVE_WINDOW"); };
+  const Numbers before = active();
+  for (const char* pane : {"privacy", "menu-bar"}) {
+    SCOPED_TRACE(pane);
+    show(pane);
+    ASSERT_TRUE(waitFor([&] { return active() != before && active() != Numbers{0}; }));
+    const Numbers window = active();
+    const auto isHere = [&] {
+      return active() == window && numbers("WM_STATE", window[0]).front() == 1 &&
+             numbers("_NET_WM_DESKTOP", window[0]) == numbers("_NET_CURRENT_DESKTOP");
+    };
+    ask("WM_CHANGE_STATE", {3}, window[0]);
+    ASSERT_TRUE(waitFor([&] { return !isHere(); }));
+    show(pane);
+    EXPECT_TRUE(waitFor(isHere)) << "minimised";
+    ask("_NET_CURRENT_DESKTOP", {numbers("_NET_CURRENT_DESKTOP")[0] == 0 ? 1U : 0U}, 0);
+    ASSERT_TRUE(waitFor([&] { return !isHere(); }));
+    show(pane);
+    EXPECT_TRUE(waitFor(isHere)) << "on another desktop";
+    ask("_NET_CLOSE_WINDOW", {}, window[0]);
+    ASSERT_TRUE(waitFor([&] { return active() != window; }));
+  }
+}
+
 TEST_F(WindowsTest, ClassesAreThoseOfTheDesktopEntries) {
   startBar();
   startUtility();
@@ -104,14 +132,33 @@ TEST_F(WindowsTest, SettingsAreCentredWithTheirFrameAndKeepTheirSize) {
   EXPECT_TRUE(waitFor(isCentred)) << frame().x() << ' ' << frame().y();
 
   // What no window manager may make of it, though this one offers it.
-  ask("WM_CHANGE_STATE", {3}, settings);
-  const auto isNormal = [&] { return numbers("WM_STATE", settings).front() == 1; };
-  ASSERT_TRUE(waitFor([&] { return !isNormal(); }));
-  EXPECT_TRUE(waitFor([&] { return isNormal() && isCentred(); }));
-  for (const auto* state : {"_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_MAXIMIZED_VERT"}) {
-    add(state, settings);
-    letPass(std::chrono::milliseconds(300));
-    EXPECT_TRUE(isCentred() && frame().size() == QSize(460, 640)) << state;
+  const auto isNormal = [&] {
+    const Numbers states = numbers("_NET_WM_STATE", settings);
+    return numbers("WM_STATE", settings).front() == 1 &&
+           std::none_of(states.begin(), states.end(), [this](std::uint32_t state) {
+             return state == atomOf(desktop.display(), "_NET_WM_STATE_FULLSCREEN") ||
+                    state == atomOf(desktop.display(), "_NET_WM_STATE_MAXIMIZED_VERT");
+           });
+  };
+  const struct {
+    const char* request;
+    std::array<std::uint32_t, 5> data;
+    const char* told;  // the property that says so
+  } cases[] = {
+      {"WM_CHANGE_STATE", {3}, "WM_STATE"},
+      {"_NET_WM_STATE",
+       {1, atomOf(desktop.display(), "_NET_WM_STATE_FULLSCREEN")},
+       "_NET_WM_STATE"},
+      {"_NET_WM_STATE",
+       {1, atomOf(desktop.display(), "_NET_WM_STATE_MAXIMIZED_VERT")},
+       "_NET_WM_STATE"},
+  };
+  for (const auto& c : cases) {
+    PropertyWatch watch(desktop.display(), settings, c.told);
+    ask(c.request, c.data, settings);
+    EXPECT_TRUE(waitFor([&] { return watch.changes() >= 2 && isNormal() && isCentred(); }))
+        << c.request << ' ' << c.data[1] << ' ' << watch.changes();
+    EXPECT_EQ(frame().size(), QSize(460, 640));
   }
 }
 

@@ -247,7 +247,8 @@ Field::Field(int width, const QString& accessibleName, QWidget* parent)
   });
 }
 
-// What is not being edited shows its beginning; a pop-up or another window is no end of it.
+// A text that is not being edited shows its beginning. Editing goes on when only a pop-up or
+// another window has taken the focus.
 void Field::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
   if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {

@@ -22,10 +22,9 @@ using Metrics = PanelMetrics;
 constexpr double calloutScale = 0.95;
 constexpr double captionScale = 0.85;
 constexpr double secondaryAlpha = 0.62;
-// Points. As wide as three entries: a title makes a panel of fewer no wider than it needs to be
-// read.
+// Points. As wide as three entries: a longer title does not widen a panel, it is elided.
 constexpr int widestTitle = static_cast<int>(3 * Metrics::cell.width + 2 * Metrics::cellSpacing);
-constexpr int inset = static_cast<int>(Metrics::margin + Metrics::padding);
+constexpr int inset = static_cast<int>(Metrics::padding);
 
 QFont scaled(const QFont& font, double scale) {
   QFont result(font);

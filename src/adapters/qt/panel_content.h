@@ -37,7 +37,8 @@ class PanelCell : public QAbstractButton {
   std::optional<QIcon> icon_;  // once it is drawn
 };
 
-// The panel's view laid out by its measures: its own size is the fitting one. Immutable.
+// The panel's view laid out by its measures: its own size is the fitting one,
+// without the window's margin. Immutable.
 class PanelContent : public QWidget {
   Q_OBJECT
 

@@ -62,7 +62,9 @@ class PanelWidget : public QWidget {
     scroll_.verticalScrollBar()->setValue(scrolled);
   }
 
-  QSize fittingSize() const { return scroll_.widget() ? scroll_.widget()->sizeHint() : QSize(); }
+  QSize fittingSize() const {
+    return scroll_.widget() ? scroll_.widget()->sizeHint().grownBy(margins()) : QSize();
+  }
 
   void present() {
     composited_ = effects_.isComposited();
@@ -106,17 +108,20 @@ class PanelWidget : public QWidget {
   }
 
  private:
+  static QMargins margins() {
+    constexpr int margin = static_cast<int>(Metrics::margin);
+    return {margin, margin, margin, margin};
+  }
+
   void layOut() {
     // What is scrolled ends at the ground's edge; the bars lie in the padding beside the content.
-    const int margin = static_cast<int>(Metrics::margin);
     const QSize size = fittingSize();
     const bool higher = size.height() > height();
     const bool wider = size.width() > width();
     const auto policy = [](bool on) { return on ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
     scroll_.setVerticalScrollBarPolicy(policy(higher));
     scroll_.setHorizontalScrollBarPolicy(policy(wider));
-    scroll_.setGeometry(rect().adjusted(wider ? margin : 0, higher ? margin : 0,
-                                        higher ? -margin : 0, wider || higher ? -margin : 0));
+    scroll_.setGeometry(rect().marginsRemoved(margins()));
     keepTitlesInSight();
   }
 
@@ -129,10 +134,7 @@ class PanelWidget : public QWidget {
                              scroll_.width() - (hasBar ? SlimScrollBar::thickness : 0));
   }
 
-  QRectF groundRect() const {
-    return QRectF(rect()).adjusted(Metrics::margin, Metrics::margin, -Metrics::margin,
-                                   -Metrics::margin);
-  }
+  QRectF groundRect() const { return rect().marginsRemoved(margins()); }
 
   void updateShape() {
     const double scale = devicePixelRatioF();

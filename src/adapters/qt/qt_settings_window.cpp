@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QElapsedTimer>
 #include <QIcon>
 #include <QMainWindow>
 #include <QScreen>
@@ -26,16 +27,19 @@ namespace {
 constexpr int windowWidth = 460;
 constexpr int leastHeight = 380;
 constexpr int greatestHeight = 640;
+// A window manager writes several properties for one change of state.
 constexpr std::chrono::milliseconds propertiesSettle{50};
+// Between two undoings, so that a window manager that insists is not fought without end.
+constexpr std::chrono::milliseconds leastBetweenUndoings{1000};
 
 class SettingsWidget : public QMainWindow {
  public:
   SettingsWidget(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows,
-                 std::function<bool(WId)> isMinimized)
+                 QtSettingsWindows::Effects effects)
       : QMainWindow(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                  Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
         view_(std::move(view)),
-        isMinimized_(std::move(isMinimized)),
+        effects_(std::move(effects)),
         form_(new SettingsForm(view_, hotkeyRows)) {
     setWindowTitle(QStringLiteral("Tarnwick"));
     setWindowIcon(QIcon::fromTheme(QLatin1String(QtApplication::identifier)));
@@ -56,6 +60,8 @@ class SettingsWidget : public QMainWindow {
     connect(
         addKeyedAction(SettingsForm::tr("Quit Tarnwick"), {QKeySequence(QStringLiteral("Ctrl+Q"))}),
         &QAction::triggered, form_, &SettingsForm::quit);
+    undoing_.setSingleShot(true);
+    connect(&undoing_, &QTimer::timeout, this, [this] { undoStates(); });
     observer_ = view_->onChanged([this] { form_->sync(); });
 
     const int fitting = std::min(form_->sizeHint().height(), freeArea().height() * 9 / 10);
@@ -75,8 +81,7 @@ class SettingsWidget : public QMainWindow {
     activateWindow();
   }
 
-  // Only now there is a frame, which counts for the centre; the widget itself learns of it with the
-  // next move.
+  // There is no frame, which counts for the centre, before the window is first exposed.
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() == QEvent::Expose && windowHandle()->isExposed()) {
       watched->removeEventFilter(this);
@@ -91,7 +96,7 @@ class SettingsWidget : public QMainWindow {
   }
 
   void closeEvent(QCloseEvent* event) override {
-    // The widget itself learns of its frame only with the next move.
+    // The widget's own pos() counts the frame only after a move of the window.
     place_ = windowHandle()->framePosition();
     event->accept();  // no more than hidden
   }
@@ -102,16 +107,14 @@ class SettingsWidget : public QMainWindow {
       view_->refreshLaunchAtLogin();
       form_->sync();
     }
-    // Some window managers offer other states for every window. They write several properties.
-    if (event->type() == QEvent::WindowStateChange) {
-      QTimer::singleShot(propertiesSettle, this, [this] {
-        // To the toolkit, a window on a desktop that is not shown is minimised.
-        if (isMinimized() ? isMinimized_(winId()) : isMaximized() || isFullScreen()) {
-          setWindowState(Qt::WindowNoState);
-        }
-      });
-    }
+    if (event->type() == QEvent::WindowStateChange) undoStatesSoon();
     QMainWindow::changeEvent(event);
+  }
+
+  // The toolkit tells nothing of a window that is maximised in one direction only.
+  void moveEvent(QMoveEvent* event) override {
+    QMainWindow::moveEvent(event);
+    undoStatesSoon();
   }
 
   bool event(QEvent* event) override {
@@ -122,6 +125,23 @@ class SettingsWidget : public QMainWindow {
   }
 
  private:
+  // Some window managers minimise and maximise windows that allow neither.
+  void undoStatesSoon() {
+    auto wait = propertiesSettle;
+    if (sinceUndoing_.isValid()) {
+      wait =
+          std::max(wait, leastBetweenUndoings - std::chrono::milliseconds(sinceUndoing_.elapsed()));
+    }
+    undoing_.start(wait);
+  }
+  void undoStates() {
+    // To the toolkit, a window on a desktop that is not shown is minimised as well.
+    if (isMinimized() && !effects_.isMinimized(winId())) return;
+    const bool isOther = windowState() & ~Qt::WindowStates(Qt::WindowActive);
+    setWindowState(Qt::WindowNoState);
+    if (effects_.unmaximize(winId()) || isOther) sinceUndoing_.start();
+  }
+
   static QRect freeArea() {
     const QScreen* const screen = QGuiApplication::primaryScreen();
     return screen ? screen->availableGeometry() : QRect();
@@ -147,7 +167,9 @@ class SettingsWidget : public QMainWindow {
   }
 
   const std::shared_ptr<SettingsView> view_;
-  const std::function<bool(WId)> isMinimized_;
+  const QtSettingsWindows::Effects effects_;
+  QTimer undoing_;
+  QElapsedTimer sinceUndoing_;  // invalid before the first
   QScrollArea scroll_{this};
   SettingsForm* const form_;
   FocusFollower follower_{scroll_};
@@ -159,7 +181,7 @@ class QtSettingsWindow : public SettingsWindow {
  public:
   QtSettingsWindow(std::shared_ptr<SettingsView> view, const HotkeyRows& hotkeyRows,
                    QtSettingsWindows::Effects effects)
-      : widget_(std::move(view), hotkeyRows, effects.isMinimized), effects_(std::move(effects)) {}
+      : widget_(std::move(view), hotkeyRows, effects), effects_(std::move(effects)) {}
 
   void makeKeyAndOrderFront() override { widget_.present(); }
   void orderFrontRegardless() override { effects_.bringToUser(widget_.winId()); }

@@ -19,6 +19,9 @@ class QtSettingsWindows : public SettingsWindows {
     std::function<void(WId)> bringToUser;
     // Whether the window manager has minimised it.
     std::function<bool(WId)> isMinimized;
+    // Takes back that the window manager has maximised it, be it in one direction only. False when
+    // it has not.
+    std::function<bool(WId)> unmaximize;
   };
   explicit QtSettingsWindows(Effects effects, HotkeyRows hotkeyRows = {})
       : effects_(std::move(effects)), hotkeyRows_(std::move(hotkeyRows)) {}

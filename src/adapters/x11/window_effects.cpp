@@ -104,6 +104,23 @@ bool isMinimized(std::uint32_t window) {
   return hidden != XCB_ATOM_NONE && std::find(states.begin(), states.end(), hidden) != states.end();
 }
 
+bool unmaximize(std::uint32_t window) {
+  constexpr std::uint32_t remove = 0;
+  constexpr std::uint32_t fromApplication = 1;
+  xcb_connection_t* const connection = server();
+  const auto states = numbers(connection, window, "_NET_WM_STATE");
+  const xcb_atom_t upright = atomOf(connection, "_NET_WM_STATE_MAXIMIZED_VERT");
+  const xcb_atom_t across = atomOf(connection, "_NET_WM_STATE_MAXIMIZED_HORZ");
+  if (std::none_of(states.begin(), states.end(), [&](xcb_atom_t state) {
+        return state != XCB_ATOM_NONE && (state == upright || state == across);
+      })) {
+    return false;
+  }
+  askWindowManager(connection, window, "_NET_WM_STATE", {remove, upright, across, fromApplication});
+  xcb_flush(connection);
+  return true;
+}
+
 void bringToUser(std::uint32_t window) {
   constexpr std::uint32_t fromPager = 2;
   constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;

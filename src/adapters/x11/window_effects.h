@@ -17,6 +17,10 @@ void cutWindow(std::uint32_t window, const std::optional<QRect>& outline, int co
 // is merely on another desktop.
 bool isMinimized(std::uint32_t window);
 
+// Asks the window manager to take back that it has maximised a window, be it in one direction only
+// (_NET_WM_STATE_MAXIMIZED_VERT or _HORZ). False when it has not.
+bool unmaximize(std::uint32_t window);
+
 // Asks the window manager to move a window to the present desktop, to put it in front and to
 // activate it, as a pager would (_NET_WM_DESKTOP, _NET_ACTIVE_WINDOW): it does so whatever the user
 // works in.

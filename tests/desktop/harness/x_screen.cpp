@@ -153,6 +153,31 @@ std::vector<PopupWindow> popups(const QString& name) {
   return found;
 }
 
+struct PropertyWatch::Display : test::Display {
+  using test::Display::Display;
+};
+
+PropertyWatch::PropertyWatch(const QString& display, std::uint32_t window, const char* property)
+    : display_(std::make_unique<Display>(display)) {
+  xcb_connection_t* x = display_->connection.get();
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  const Reply<xcb_generic_error_t> error(xcb_request_check(
+      x, xcb_change_window_attributes_checked(x, window, XCB_CW_EVENT_MASK, &events)));
+  property_ = atomOf(x, property);
+}
+
+PropertyWatch::~PropertyWatch() = default;
+
+int PropertyWatch::changes() {
+  while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(display_->connection.get())}) {
+    const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+    if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY && change->atom == property_) {
+      ++changes_;
+    }
+  }
+  return changes_;
+}
+
 struct InputGrab::Display : test::Display {
   using test::Display::Display;
 };

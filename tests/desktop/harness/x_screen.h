@@ -27,6 +27,24 @@ std::uint32_t atomOf(const QString& display, const char* name);
 void askWindowManager(const QString& display, std::uint32_t window, const char* request,
                       const std::array<std::uint32_t, 5>& data);
 
+// Hears every change of one property of a window, however short what it says lasts.
+class PropertyWatch {
+ public:
+  PropertyWatch(const QString& display, std::uint32_t window, const char* property);
+  ~PropertyWatch();
+  PropertyWatch(const PropertyWatch&) = delete;
+  PropertyWatch& operator=(const PropertyWatch&) = delete;
+
+  int changes();  // since it was made
+
+ private:
+  struct Display;
+
+  std::unique_ptr<Display> display_;
+  std::uint32_t property_ = 0;
+  int changes_ = 0;
+};
+
 // A window that is shown past the window manager: a menu, a tooltip, the panel.
 struct PopupWindow {
   QRect frame;     // pixels
