@@ -78,9 +78,9 @@ TEST_F(WindowsTest, PanesOfTheBarReachTheUserToo) {
   const auto show = [this](const char* pane) { bar.call("ShowPane", {pane}); };
   // The bar itself is called like the other pane.
   const auto active = [this] { return numbers("_NET_ACTIVE_WINDOW"); };
-  const Numbers before = active();
   for (const char* pane : {"privacy", "menu-bar"}) {
     SCOPED_TRACE(pane);
+    const Numbers before = active();
     show(pane);
     ASSERT_TRUE(waitFor([&] { return active() != before && active() != Numbers{0}; }));
     const Numbers window = active();
@@ -96,8 +96,6 @@ TEST_F(WindowsTest, PanesOfTheBarReachTheUserToo) {
     ASSERT_TRUE(waitFor([&] { return !isHere(); }));
     show(pane);
     EXPECT_TRUE(waitFor(isHere)) << "on another desktop";
-    ask("_NET_CLOSE_WINDOW", {}, window[0]);
-    ASSERT_TRUE(waitFor([&] { return active() != window; }));
   }
 }
 
@@ -144,19 +142,22 @@ TEST_F(WindowsTest, SettingsAreCentredWithTheirFrameAndKeepTheirSize) {
     const char* request;
     std::array<std::uint32_t, 5> data;
     const char* told;  // the property that says so
+    int changes;       // openbox itself refuses one direction of a window of one size
   } cases[] = {
-      {"WM_CHANGE_STATE", {3}, "WM_STATE"},
+      {"WM_CHANGE_STATE", {3}, "WM_STATE", 2},
       {"_NET_WM_STATE",
        {1, atomOf(desktop.display(), "_NET_WM_STATE_FULLSCREEN")},
-       "_NET_WM_STATE"},
+       "_NET_WM_STATE",
+       2},
       {"_NET_WM_STATE",
        {1, atomOf(desktop.display(), "_NET_WM_STATE_MAXIMIZED_VERT")},
-       "_NET_WM_STATE"},
+       "_NET_WM_STATE",
+       1},
   };
   for (const auto& c : cases) {
     PropertyWatch watch(desktop.display(), settings, c.told);
     ask(c.request, c.data, settings);
-    EXPECT_TRUE(waitFor([&] { return watch.changes() >= 2 && isNormal() && isCentred(); }))
+    EXPECT_TRUE(waitFor([&] { return watch.changes() >= c.changes && isNormal() && isCentred(); }))
         << c.request << ' ' << c.data[1] << ' ' << watch.changes();
     EXPECT_EQ(frame().size(), QSize(460, 640));
   }
