@@ -169,7 +169,7 @@ TEST_F(RecorderTest, AsksAboutWhatIsTaken) {
   }
   ASSERT_TRUE(waitForAlert(taken));
   EXPECT_TRUE(waitFor([&] {
-    // Where it lies is known to the toolkit only some time after it has come back.
+    // The first click after it has come back may miss it.
     if (const auto force = button("Use Anyway")) desktop.click(tree->frameOf(*force).center());
     return waitFor([&] { return shownIn(panelRow) == "⌃⌘K" && stored(); }, std::chrono::seconds(1));
   }));
