@@ -47,9 +47,12 @@ Task MenuBarController::menuWatch(MainLoop&, Self self, AXElement item,
     entries = readMenuEntries(self->desktop_.accessibility, item, 0);
   }
   const bool cancelled = co_await isCancelled();
-  if (entries.empty() || cancelled) co_return;
+  if (cancelled) co_return;
   const auto place = self->proxyMenuPlace(anchorX);
-  if (!place) co_return;
+  if (entries.empty() || !place) {
+    self->menuWatchEnded(false);
+    co_return;
+  }
 
   const Menu menu = buildMenu(entries);
   Registration open;
@@ -62,7 +65,20 @@ Task MenuBarController::menuWatch(MainLoop&, Self self, AXElement item,
   } else if (!outcome.itemChosen) {
     self->desktop_.accessibility.perform(item, ax::cancel);
   }
-  if (--self->openMenus_ == 0 && std::exchange(self->passWaits_, false)) self->enforceStow();
+  --self->openMenus_;
+  const bool replaced = co_await isCancelled();
+  self->menuWatchEnded(replaced);
+}
+
+// What had to wait for the user to choose.
+void MenuBarController::menuWatchEnded(bool replaced) {
+  if (!replaced) collapseBackTask_ = {};
+  if (openMenus_ > 0) return;
+  if (std::exchange(passWaits_, false)) {
+    putInOrder();
+  } else if (mayRelease()) {
+    releaseOwed();
+  }
 }
 
 // Top-left corner of a proxy menu; absent without a screen.

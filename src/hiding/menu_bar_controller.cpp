@@ -39,7 +39,8 @@ void MenuBarController::start() {
   panel_ = std::make_shared<PanelController>(desktop_, weak_from_this(), preferences_, capturer_);
 
   itemsObserver_ = desktop_.statusBar.onItemsPlaced([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->restoreBoundary();
+    const auto self = weak.lock();
+    if (self && self->restoreBoundary()) self->putInOrder();
   });
   launchObserver_ = desktop_.workspace.onApplicationLaunched(
       [&loop = desktop_.loop, weak = weak_from_this()] { passAfterLaunch(loop, weak); });
@@ -68,7 +69,8 @@ Task MenuBarController::firstPass(MainLoop&, Self self) {
   self->putInOrder();
 }
 
-// A release ends in a stow pass of its own. What the user has just asked for is not ended for one.
+// A release ends in a stow pass of its own. A reveal or a menu that the user has just asked for is
+// not ended for a release.
 void MenuBarController::putInOrder() {
   if (!mayRelease() || !releaseOwed()) enforceStow();
 }
@@ -113,12 +115,19 @@ void MenuBarController::setCollapsed(bool collapsed) {
 }
 
 // A handle left of the boundary would go out of sight with what is hidden. The boundary is moved,
-// and what stood between the two comes into view. On the boundary's right the handle may stand
-// where the user likes.
-void MenuBarController::restoreBoundary() {
+// and what stood between the two comes into view: only a stow pass can tell what of it is to be out
+// of sight. On the boundary's right the handle may stand where the user likes.
+bool MenuBarController::restoreBoundary() {
+  if (!isHandleStranded()) return false;
+  boundary_->placeLeftOf(*handle_);
+  return true;
+}
+
+bool MenuBarController::isHandleStranded() const {
+  const auto snapshot = desktop_.accessibility.takeSnapshot();  // both frames of one moment
   const auto handle = handleFrame();
   const auto boundary = boundaryFrame();
-  if (handle && boundary && handle->minX() < boundary->minX()) boundary_->placeLeftOf(*handle_);
+  return handle && boundary && handle->minX() < boundary->minX();
 }
 
 std::optional<Rect> MenuBarController::boundaryFrame() const {
@@ -129,12 +138,11 @@ std::optional<Rect> MenuBarController::handleFrame() const {
   return handle_ ? handle_->screenFrameTopLeft() : std::nullopt;
 }
 
-// Hidden applications' items that are inside the bar now, in scan order.
-std::vector<MenuBarItemInfo> MenuBarController::onScreen(const BundleIds& hidden) const {
+// Those applications' items, in scan order.
+std::vector<MenuBarItemInfo> MenuBarController::itemsOf(const BundleIds& bundleIds) const {
   auto items = scanner_.scan();
-  std::erase_if(items, [&](const MenuBarItemInfo& item) {
-    return !hidden.contains(item.bundleId) || !isOnScreen(item.frame);
-  });
+  std::erase_if(items,
+                [&](const MenuBarItemInfo& item) { return !bundleIds.contains(item.bundleId); });
   return items;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "capture/status_icon_capturer.h"
+#include "hiding/failed_items.h"
 #include "hiding/separator_item.h"
 #include "hiding/stow_record.h"
 #include "menubar/item_mover.h"
@@ -57,8 +58,8 @@ class MenuBarController : public PanelOwner,
   void togglePanel();
 
   // Takes pictures of hidden applications' items that have none, revealing them for about a quarter
-  // of a second when they are out of sight; not again for items of which that got no picture. Does
-  // nothing without both permissions.
+  // of a second when they are out of sight; not again for items of which that got no picture twice.
+  // Does nothing without both permissions.
   void captureHiddenIcons() override;
 
   // Presses the application's first item and shows a copy of the menu that opens, its left edge
@@ -99,10 +100,12 @@ class MenuBarController : public PanelOwner,
   BundleIds strandedApplications();
   bool mayRelease() const;
   void setCollapsed(bool collapsed);
-  void restoreBoundary();
+  bool restoreBoundary();
+  bool isHandleStranded() const;
   std::optional<Rect> boundaryFrame() const;
   std::optional<Rect> handleFrame() const;
-  std::vector<MenuBarItemInfo> onScreen(const BundleIds& hidden) const;
+  std::vector<MenuBarItemInfo> itemsOf(const BundleIds& bundleIds) const;
+  void menuWatchEnded(bool replaced);
   std::optional<Point> proxyMenuPlace(std::optional<double> anchorX) const;
   void setEnforcing(bool enforcing);
 
@@ -113,8 +116,9 @@ class MenuBarController : public PanelOwner,
   const MenuBarScanner scanner_;
   const ItemMover mover_;
   StowRecord record_;
-  std::vector<AXElement> unpictured_;  // items of which the last reveal capture got no picture
-  BundleIds releasing_;                // those whose release waits for its pause
+  FailedItems unpictured_;  // of which reveal captures got no picture
+  FailedItems unmoved_;     // dragged by releases, and not seen on the boundary's right since
+  BundleIds releasing_;     // applications whose release has begun and has yet to drag their items
 
   bool isEnforcing_ = false;
   int openMenus_ = 0;       // copies of other applications' menus on the screen

@@ -26,7 +26,8 @@ Task MenuBarController::endOfReveal(MainLoop&, Self self, Duration length) {
   co_await sleepFor(length);
   const bool cancelled = co_await isCancelled();
   if (cancelled) co_return;
-  self->enforceStow();
+  self->collapseBackTask_ = {};
+  self->putInOrder();
 }
 
 void MenuBarController::togglePanel() {
@@ -46,7 +47,7 @@ void MenuBarController::captureHiddenIcons() {
   auto missing = scanner_.scan();
   std::erase_if(missing, [&](const MenuBarItemInfo& item) {
     if (!hidden.contains(item.bundleId) || capturer_->cachedIcon(item.bundleId)) return true;
-    return !isOnScreen(item.frame) && std::ranges::count(unpictured_, item.element) != 0;
+    return !isOnScreen(item.frame) && unpictured_.isHopeless(item.element);
   });
   if (missing.empty()) return;
   if (std::all_of(missing.begin(), missing.end(),
@@ -62,20 +63,20 @@ void MenuBarController::captureHiddenIcons() {
 // Cancelling cuts the pause short; the pictures are taken and the items hidden again all the same.
 Task MenuBarController::revealCapture(MainLoop&, Self self, BundleIds hidden) {
   co_await sleepFor(pauseAfterExpanding);
-  auto items = self->scanner_.scan();
-  std::erase_if(items,
-                [&](const MenuBarItemInfo& item) { return !hidden.contains(item.bundleId); });
+  const auto items = self->itemsOf(hidden);
   auto visible = items;
   std::erase_if(visible, [](const MenuBarItemInfo& item) { return !isOnScreen(item.frame); });
-  const bool refused = self->capturer_->isCapturing();
+  const bool refused = self->capturer_->isCapturing() || !self->desktop_.windowCapture.preflight();
   const Task capture = self->capturer_->captureAll(std::move(visible));
   co_await capture;
-  if (!refused) self->unpictured_.clear();
+  self->unpictured_.keepOnly(items);
   for (const MenuBarItemInfo& item : items) {
     const bool pictured = self->capturer_->cachedIcon(item.bundleId).has_value();
-    if (!refused && !pictured) self->unpictured_.push_back(item.element);
+    if (pictured || !refused) self->unpictured_.note(item.element, pictured);
   }
-  self->enforceStow();
+  const bool cancelled = co_await isCancelled();
+  if (!cancelled) self->collapseBackTask_ = {};
+  self->putInOrder();
 }
 
 }  // namespace tarnwick

@@ -23,12 +23,19 @@ void MenuBarController::enforceStow() {
   if (!desktop_.accessibility.isProcessTrusted()) return;
   BundleIds hidden = hiddenSet();
   if (hidden.empty()) {
+    record_.save();
     setCollapsed(false);
     return;
   }
-  record_.add(hidden);
-  restoreBoundary();
-  const auto visibleHidden = onScreen(hidden).size();
+  auto snapshot = desktop_.accessibility.takeSnapshot();  // one round trip for all of this
+  if (restoreBoundary()) snapshot.reset();
+  auto items = itemsOf(hidden);
+  StowRecord::Counts counts;
+  for (const std::string& bundleId : hidden) counts[bundleId] = 0;
+  for (const MenuBarItemInfo& item : items) ++counts[item.bundleId];
+  record_.add(counts);
+  const auto visibleHidden = std::ranges::count_if(
+      items, [](const MenuBarItemInfo& item) { return isOnScreen(item.frame); });
   if (visibleHidden == 0) {
     setCollapsed(true);
     return;
@@ -39,6 +46,7 @@ void MenuBarController::enforceStow() {
 }
 
 Task MenuBarController::movePhase(MainLoop&, Self self, BundleIds hidden, int visibleHidden) {
+  bool boundaryMoved = false;
   {
     // However the phase ends, the next pass finds the way free.
     const Registration finish([self] {
@@ -47,20 +55,23 @@ Task MenuBarController::movePhase(MainLoop&, Self self, BundleIds hidden, int vi
     });
     co_await sleepFor(pauseAfterExpanding);
     // With everything in view, items that were stowed long ago can be pictured too.
-    auto withoutPicture = self->onScreen(hidden);
+    auto withoutPicture = self->itemsOf(hidden);
     std::erase_if(withoutPicture, [&](const MenuBarItemInfo& item) {
-      return self->capturer_->cachedIcon(item.bundleId).has_value();
+      return !isOnScreen(item.frame) || self->capturer_->cachedIcon(item.bundleId);
     });
     const Task capture = self->capturer_->captureAll(std::move(withoutPicture));
     co_await capture;
     self->dragHiddenItems(hidden, visibleHidden);
-    self->restoreBoundary();
+    boundaryMoved = self->restoreBoundary();
   }
   // What left the hidden set meanwhile may have been dragged to the left all the same, also after
   // its release.
   auto stranded = self->strandedApplications();
-  std::erase_if(stranded, [&](const std::string& bundleId) { return !hidden.contains(bundleId); });
-  if (!stranded.empty() && self->mayRelease()) self->startRelease(std::move(stranded));
+  if (!stranded.empty() && self->mayRelease()) {
+    self->startRelease(std::move(stranded));
+  } else if (boundaryMoved && !self->isHandleStranded()) {
+    self->enforceStow();  // for the stowed items that now stand on the boundary's right
+  }
 }
 
 // Every drag changes the layout, so each is aimed afresh.
@@ -80,7 +91,9 @@ void MenuBarController::dragHiddenItems(const BundleIds& hidden, int atMost) {
 }
 
 void MenuBarController::unstow(const std::string& bundleId) {
-  if (desktop_.accessibility.isProcessTrusted()) startRelease({bundleId});
+  if (!desktop_.accessibility.isProcessTrusted()) return;
+  unmoved_.clear();  // who asks again expects another try
+  startRelease({bundleId});
 }
 
 bool MenuBarController::releaseOwed() {
@@ -90,25 +103,35 @@ bool MenuBarController::releaseOwed() {
   return !releasing_.empty();
 }
 
-// Applications that are owed a release, have an item left of the boundary and are not being
-// released. Those whose items stand on the right are owed nothing any more; those without items
-// stay in the record.
+// Applications that are owed a release, have an item left of the boundary that can be moved and are
+// not being released. Those all of whose items stand on the right are owed nothing any more; those
+// that miss one stay in the record.
 MenuBarController::BundleIds MenuBarController::strandedApplications() {
-  const BundleIds owed = record_.owed(hiddenSet());
+  record_.save();
+  const auto owed = record_.owed(hiddenSet());
   if (owed.empty()) return {};
+  const auto snapshot = desktop_.accessibility.takeSnapshot();
   const auto boundary = boundaryFrame();
   if (!boundary) return {};
+  const auto items = scanner_.scan();
+  unmoved_.keepOnly(items);
+  StowRecord::Counts onTheRight;
+  BundleIds onTheLeft;
   BundleIds stranded;
-  BundleIds settled;
-  for (const MenuBarItemInfo& item : scanner_.scan()) {
+  for (const MenuBarItemInfo& item : items) {
     if (!owed.contains(item.bundleId)) continue;
-    (item.frame.midX() < boundary->maxX() ? stranded : settled).insert(item.bundleId);
+    if (item.frame.midX() >= boundary->maxX()) {
+      unmoved_.note(item.element, true);
+      ++onTheRight[item.bundleId];
+      continue;
+    }
+    onTheLeft.insert(item.bundleId);
+    const bool waits = releasing_.contains(item.bundleId);
+    if (!waits && !unmoved_.isHopeless(item.element)) stranded.insert(item.bundleId);
   }
-  for (const std::string& bundleId : settled) {
-    if (!stranded.contains(bundleId)) record_.settle(bundleId);
+  for (const auto& [bundleId, count] : onTheRight) {
+    if (count >= owed.at(bundleId) && !onTheLeft.contains(bundleId)) record_.settle(bundleId);
   }
-  std::erase_if(stranded,
-                [&](const std::string& bundleId) { return releasing_.contains(bundleId); });
   return stranded;
 }
 
@@ -136,12 +159,13 @@ Task MenuBarController::release(MainLoop&, Self self, BundleIds bundleIds) {
       const auto frame = self->scanner_.frame(item.element);
       if (!frame) continue;
       item.frame = *frame;
+      self->unmoved_.note(item.element, false);  // until it is seen on the right
       self->mover_.move(item, rightEdge + releaseDropDistance);
     }
   }
   for (const std::string& bundleId : bundleIds) self->releasing_.erase(bundleId);
   self->enforceStow();
-  // A pass looks at what has come back when it ends.
+  // What has come back is taken out of the record; a pass that moves items does so at its end.
   if (!self->isEnforcing_) self->strandedApplications();
 }
 

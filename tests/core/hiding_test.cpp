@@ -147,10 +147,11 @@ TEST_F(HidingTest, StowsEveryItemOfHiddenApplicationsAndNoOther) {
   }
 
   // Everything in its place: the next pass looks once, touches nothing and raises no flag.
-  desktop.snapshots = 0;
+  desktop.snapshots = desktop.looseReads = 0;
   controller().enforceStow();
   EXPECT_FALSE(controller().isEnforcing());
   EXPECT_EQ(desktop.snapshots, 1);
+  EXPECT_EQ(desktop.looseReads, 0);
   EXPECT_EQ(boundaryLength(), 16000);
 }
 
