@@ -48,7 +48,7 @@ void MenuBarController::enforceStow() {
 Task MenuBarController::movePhase(MainLoop&, Self self, BundleIds hidden, int visibleHidden) {
   bool boundaryMoved = false;
   {
-    // However the phase ends, the next pass finds the way free.
+    // However the phase ends, the bar is collapsed and the next pass may run.
     const Registration finish([self] {
       self->setCollapsed(true);
       self->setEnforcing(false);

@@ -30,8 +30,9 @@ class StatusItem {
   // Takes effect at once; the bar lays out all items again.
   virtual void setLength(double points) = 0;
   virtual void setImage(const Drawing& image) = 0;
-  // Moves this item immediately left of another one of ours. Carried out before any later
-  // setLength() of this item; no effect while one of them is not in the bar.
+  // Moves this item immediately left of another one of ours: before any later setLength() of this
+  // item, or when the user lets go of an item that is being dragged. No effect while one of them is
+  // not in the bar.
   virtual void placeLeftOf(const StatusItem& sibling) = 0;
   // Left and right clicks, each once, on release.
   virtual void setOnClick(std::function<void(const ClickEvent&)> callback) = 0;

@@ -67,15 +67,15 @@ void SettingsView::readStore() {
   }
 }
 
-// Of every hidden application; empty for those in no group.
+// Of every hidden application, by the first group that holds it; empty for those in no group.
 std::map<std::string, std::string> SettingsView::storedGroupNames() const {
-  std::map<std::string, std::string> names;
-  for (const std::string& bundleId : preferences_.hiddenBundleIds()) names[bundleId];
+  std::map<std::string, std::string> grouped;
   for (const AppGroup& group : preferences_.groups()) {
-    for (const std::string& bundleId : group.bundleIds) {
-      const auto name = names.find(bundleId);
-      if (name != names.end() && name->second.empty()) name->second = group.name;
-    }
+    for (const std::string& bundleId : group.bundleIds) grouped.try_emplace(bundleId, group.name);
+  }
+  std::map<std::string, std::string> names;
+  for (const std::string& bundleId : preferences_.hiddenBundleIds()) {
+    names[bundleId] = grouped[bundleId];
   }
   return names;
 }
@@ -112,8 +112,9 @@ Binding<std::string> SettingsView::groupBinding(const std::string& bundleId) {
 
 void SettingsView::setGroupName(const std::string& bundleId, const std::string& name) {
   const bool written = preferences_.assign(bundleId, name);
-  storedGroupNames_ = storedGroupNames();
-  groupNames_[bundleId] = written ? name : storedGroupNames_[bundleId];
+  const std::string stored = preferences_.groupName(bundleId).value_or("");
+  storedGroupNames_[bundleId] = stored;
+  groupNames_[bundleId] = written ? name : stored;
   controller_->refreshPanel();
   changed_.notify();
 }

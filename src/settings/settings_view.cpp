@@ -50,7 +50,7 @@ void SettingsView::setIconStyle(PanelIconStyle style) {
   if (style == iconStyle_) return;
   preferences_.setPanelIconStyle(style);
   iconStyle_ = preferences_.panelIconStyle();
-  const bool pictures = iconStyle_ == PanelIconStyle::statusIcon;
+  const bool pictures = style == PanelIconStyle::statusIcon && iconStyle_ == style;
   if (pictures && desktop_.windowCapture.preflight()) {
     controller_->captureHiddenIcons();
   } else if (pictures) {

@@ -254,8 +254,25 @@ TEST_F(SettingsTest, ShowsWhatOthersStoreAndLeavesTypedTextAlone) {
   desktop.loop.advance(1s);
   EXPECT_EQ(drawn, 0) << "nothing that it shows";
 
+  // What others store and what the user does in the same moment keep out of each other's way.
+  desktop.tellsOfWrites = false;
+  others.setGroups({{"Elsewhere", {"c"}}});
+  view.groupBinding("b").set("Home");
+  desktop.tellOfDefaults();
+  desktop.loop.advance(1s);
+  EXPECT_EQ(view.groupBinding("c").get(), "Elsewhere");
+  others.setGroups({{"", {"c"}}, {"Work", {"c"}}});
+  desktop.tellOfDefaults();
+  desktop.loop.advance(1s);
+  EXPECT_EQ(view.groupBinding("c").get(), "") << "the first group counts";
+  others.setGroups({{"Work", {"c"}}});
+  desktop.tellsOfWrites = true;
+  desktop.tellOfDefaults();
+  desktop.loop.advance(1s);
+
   // A write that fails leaves the controls at what is stored.
   desktop.defaultsAreReadOnly = true;
+  const int requests = desktop.capture.requests;
   view.binding("b").set(false);
   view.groupBinding("c").set("Wor");
   view.setPanelColumns(3);
@@ -265,6 +282,7 @@ TEST_F(SettingsTest, ShowsWhatOthersStoreAndLeavesTypedTextAlone) {
   EXPECT_EQ(view.groupBinding("c").get(), "Work");
   EXPECT_EQ(view.panelColumns(), 7);
   EXPECT_EQ(view.iconStyle(), PanelIconStyle::statusIcon);
+  EXPECT_EQ(desktop.capture.requests, requests);
   EXPECT_EQ(view.handleStyle(), HandleIconStyle::color);
 }
 
