@@ -22,6 +22,8 @@ TEST(CommandTest, SplitsQuotesAndSeesThroughLaunchers) {
       {"bash -o pipefail", "bash"},
       {"bash /dev/fd/3", "bash"},
       {"env", "env"},
+      {"env -i -S 'A=b nice prog --x' y", "prog"},
+      {"env --split-string='-u A prog'", "prog"},
       {"'unfinished", "unfinished"},
   };
   for (const auto& [line, expected] : cases)

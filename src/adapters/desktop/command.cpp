@@ -30,7 +30,7 @@ struct Launcher {
 };
 
 constexpr Launcher kLaunchers[] = {
-    {"env", "-u -C -S --unset --chdir", ""},
+    {"env", "-u -C --unset --chdir", ""},
     {"flatpak", "", "run"},
     {"snap", "", "run"},
     {"gtk-launch", "", ""},
@@ -137,10 +137,34 @@ std::string behindShell(std::string_view code, int depth) {
   return {};
 }
 
+// The words that env is to split from one, and those after it; empty where `arguments` begins with
+// something else.
+std::vector<std::string> splitByEnv(const Launcher& launcher, Words arguments) {
+  constexpr std::string_view longOption = "--split-string=";
+  if (launcher.name != "env") return {};
+  std::string_view line = arguments.front();
+  std::size_t used = 1;
+  if (line.starts_with(longOption)) {
+    line.remove_prefix(longOption.size());
+  } else if (line == "-S" && arguments.size() > 1) {
+    line = arguments[1];
+    used = 2;
+  } else {
+    return {};
+  }
+  std::vector<std::string> words = splitCommand(line);
+  words.insert(words.end(), arguments.begin() + static_cast<std::ptrdiff_t>(used), arguments.end());
+  return words;
+}
+
 std::string behindLauncher(const Launcher& launcher, Words arguments, int depth) {
+  if (depth > kMaxNesting) return {};
   bool named = launcher.subcommand.empty();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& word = arguments[i];
+    if (const auto split = splitByEnv(launcher, arguments.subspan(i)); !split.empty()) {
+      return behindLauncher(launcher, split, depth + 1);
+    }
     if (word.starts_with('-')) {
       if (lists(launcher.valueOptions, word)) ++i;
     } else if (!named) {
