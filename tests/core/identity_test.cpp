@@ -195,10 +195,19 @@ TEST_F(IdentityTest, SeesRealProcessesEnd) {
     for (;;) pause();
   }
   const auto own = resolver.identify(getpid());
+  const auto openFiles = [] {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+  };
+  const auto before = openFiles();
   ASSERT_TRUE(own);
   EXPECT_EQ(resolver.identify(child)->bundleId, own->bundleId);
   EXPECT_EQ(resolver.executable(child), fs::read_symlink("/proc/self/exe"));
   kill(child, SIGKILL);
+  siginfo_t info{};
+  ASSERT_EQ(waitid(P_PID, child, &info, WEXITED | WNOWAIT), 0);
+  EXPECT_EQ(IdentityResolver().identify(child), std::nullopt) << "a zombie does not run";
+  resolver.identify(std::vector{getpid()});
+  EXPECT_EQ(openFiles(), before) << "nothing is kept of it";
   ASSERT_EQ(waitpid(child, nullptr, 0), child);
   EXPECT_EQ(resolver.identify(child), std::nullopt);
 }

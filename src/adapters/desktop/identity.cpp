@@ -15,7 +15,7 @@ namespace tarnwick::desktop {
 
 namespace {
 
-// Beyond this many processes the dead are forgotten, and if that is not enough, all.
+// If so many processes live, all are forgotten.
 constexpr std::size_t kMaxKnown = 4096;
 // So many are watched by a handle; of others the start time is compared.
 constexpr std::size_t kMaxHandles = 256;
@@ -64,6 +64,7 @@ std::vector<std::optional<ApplicationIdentity>> IdentityResolver::identify(
   std::vector<std::optional<ApplicationIdentity>> identities;
   identities.reserve(pids.size());
   for (const std::int32_t pid : pids) identities.push_back(lookUp(pid));
+  forgetEnded();
   return identities;
 }
 
@@ -102,7 +103,7 @@ std::optional<ApplicationIdentity> IdentityResolver::lookUp(std::int32_t pid) {
   fresh.executable = std::move(executable);
   fresh.revision = revision_;
   fresh.entriesRevision = entriesRevision_;
-  forgetEnded();
+  if (known_.size() >= kMaxHandles && known_.size() % kMaxHandles == 0) forgetEnded();
   return known_.insert_or_assign(pid, std::move(fresh)).first->second.identity;
 }
 
@@ -121,9 +122,12 @@ std::string IdentityResolver::executable(std::int32_t pid) const {
 }
 
 void IdentityResolver::forgetEnded() {
-  if (known_.size() < kMaxKnown) return;
-  std::erase_if(
-      known_, [](const auto& entry) { return !entry.second.handle || ended(entry.second.handle); });
+  std::erase_if(known_, [this](const auto& entry) {
+    const auto& [pid, known] = entry;
+    if (known.handle) return ended(known.handle);
+    const auto stat = Process(procRoot_, pid).stat();
+    return !stat || stat->startTime != known.startTime;
+  });
   if (known_.size() >= kMaxKnown) known_.clear();
 }
 

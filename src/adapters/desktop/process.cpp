@@ -76,6 +76,8 @@ std::optional<Process::Stat> Process::stat() const {
   std::string_view rest = std::string_view(text).substr(close + 1);
   take(rest, ' ');
   for (std::string_view& field : fields) field = take(rest, ' ');
+  // One that has ended runs no more, though its parent has yet to take notice.
+  if (fields[0] == "Z" || fields[0] == "X") return std::nullopt;
   Stat stat;
   stat.name = text.substr(open + 1, close - open - 1);
   if (!parse(fields[1], stat.parent) || !parse(fields[3], stat.session) ||

@@ -23,7 +23,7 @@ class Process {
   Process(std::string procRoot, std::int32_t pid);
 
   std::int32_t pid() const { return pid_; }
-  std::optional<Stat> stat() const;
+  std::optional<Stat> stat() const;  // absent also once it has ended
   // Absolute path, without the kernel's mark for a file replaced since.
   std::string executable() const;
   // The same if that path leads to this very file for us too, else empty: a process with mounts of
