@@ -23,6 +23,7 @@ namespace {
 
 constexpr std::size_t kMaxFile = 1 << 20;
 constexpr std::size_t kMaxEntries = 10'000;
+constexpr std::size_t kMaxFolders = 500;
 constexpr int kMaxDepth = 5;
 // Clocks of file systems tick in steps of up to this; within one, a folder may change unseen.
 constexpr std::int64_t kClockStep = 20'000'000;  // nanoseconds
@@ -99,16 +100,21 @@ bool equalInAnyCase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, lower, lower);
 }
 
-// How alike a program that an entry names is to the one at `path`: 3 the path, 2 the base name, 1 a
-// name that both go under, 0 not at all. `named` and `name` are their canonical names.
+// How alike a program that an entry names is to the one at `path`: 4 the path, 3 the base name
+// where one of them is no more than that, 2 the base name of a file elsewhere, 1 a name that both
+// go under, 0 not at all. `named` and `name` are their canonical names.
 int likeness(std::string_view program, std::string_view named, std::string_view path,
              std::string_view name) {
-  if (program == path) return 3;
+  if (program == path) return 4;
   if (named != name) return 0;
-  return baseName(program) == baseName(path) ? 2 : 1;
+  if (baseName(program) != baseName(path)) return 1;
+  return program.starts_with('/') && path.starts_with('/') ? 2 : 3;
 }
 
-constexpr int namedItself = 128;  // a certainty from here on
+// A certainty from here on. An entry that may mean a file elsewhere never goes before one that
+// names this, shown or not.
+constexpr int namedElsewhere = 256;
+constexpr int namedItself = 512;
 
 // How surely an entry runs the program at `path`, whose canonical name is given; 0 is not at all.
 int certainty(const DesktopEntry& entry, std::string_view path, std::string_view name) {
@@ -120,8 +126,9 @@ int certainty(const DesktopEntry& entry, std::string_view path, std::string_view
   }
   if (exec == 0 && other == 0) return 0;
   int sure = 16 * exec + other;
-  if (std::max(exec, other) >= 2) sure += namedItself;
-  if (entry.shown) sure += 64;
+  const int likest = std::max(exec, other);
+  if (likest >= 2) sure += likest == 2 ? namedElsewhere : namedItself;
+  if (entry.shown) sure += 128;
   // Of several entries for one program, the plain one is the application itself.
   if (equalInAnyCase(lastPart(entry.id), name)) sure += 8;
   if (!entry.hasArguments) sure += 4;
@@ -153,7 +160,9 @@ void DesktopEntries::readFolder(const std::string& path, const std::string& idPr
   const std::int64_t changed = changeTime(path);
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  const bool settled = changed < 0 || nanoseconds(now) - changed >= kClockStep;
+  // A time in the future, of a clock put back or of an archive, is as good: a change will set
+  // another.
+  const bool settled = changed < 0 || std::abs(nanoseconds(now) - changed) >= kClockStep;
   const auto folder = static_cast<std::uint32_t>(folders_.size());
   folders_.push_back({path, idPrefix, settled ? std::optional(changed) : std::nullopt});
 
@@ -167,7 +176,7 @@ void DesktopEntries::readFolder(const std::string& path, const std::string& idPr
   for (const std::string& name : names) {
     const std::string file = path + "/" + name;
     if (!name.ends_with(kSuffix)) {
-      if (depth < kMaxDepth && fs::is_directory(file, error)) {
+      if (depth < kMaxDepth && folders_.size() < kMaxFolders && fs::is_directory(file, error)) {
         readFolder(file, idPrefix + name + "-", seen, depth + 1);
       }
       continue;
@@ -244,7 +253,7 @@ ProgramMatch DesktopEntries::bestMatch(std::string_view path, std::string_view n
     const int sure = certainty(entry, path, name);
     if (sure <= surest) continue;
     surest = sure;
-    best = {&entry, sure >= namedItself};
+    best = {&entry, sure >= namedElsewhere};
   }
   return best;
 }
