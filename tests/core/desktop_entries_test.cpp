@@ -61,6 +61,12 @@ TEST_F(IdentityTest, DesktopFilesFollowPrecedenceLanguageAndChanges) {
   }
   install("org.new.E.desktop", "Name=New\nExec=e", "home");
   EXPECT_EQ(idOf(5), "org.new.E") << "installed while it runs";
+  for (const char* folder : {"home", "local", "usr"}) {
+    fs::last_write_time(root_ / folder / "applications",
+                        fs::file_time_type::clock::now() + std::chrono::hours(1));
+  }
+  const auto revision = resolver_.revision();
+  EXPECT_EQ(resolver_.revision(), revision) << "a time in the future is not read again and again";
   fs::remove(root_ / "usr/applications/a.desktop");
   install("a2.desktop", "Exec=a");
   EXPECT_EQ(idOf(1), "a") << "what was hidden under a sure id stays so";
@@ -84,6 +90,7 @@ TEST_F(IdentityTest, TheEntryInTheMenuSpeaksForTheApplication) {
   install("handler-only.desktop", "Exec=/opt/h/h\nNoDisplay=true");
   install("mine.desktop", "Exec=/opt/m/m\nNoDisplay=true");
   install("alike.desktop", "Exec=/opt/other/m.sh");
+  install("foreign.desktop", "Exec=/opt/other/m");
   install("elsewhere.desktop", "Exec=/opt/t/t\nOnlyShowIn=There;");
   install("gone.desktop", "Exec=/opt/t/t\nTryExec=not-installed");
   install("tool.desktop", "Exec=/opt/t/t --tray\nNotShowIn=There;");
@@ -164,7 +171,13 @@ TEST_F(IdentityTest, ListsTheProcessesOfThisDesktop) {
   run(200, {"", {}});  // one of the kernel's
   run(201, {"/usr/bin/x", {"x"}, {"HOME=/"}});
   expected.push_back(201);
-  EXPECT_EQ(processes.list({200, 201, 202}), expected) << "known by its item or window";
+  EXPECT_EQ(processes.list({200, 201, 202}), expected) << "known by its item";
+  EXPECT_EQ(processes.list({}, {200, 201}), expected) << "known by its window";
+  if (chown((root_ / "proc/201").c_str(), 65534, 65534) == 0) {  // nobody's
+    EXPECT_EQ(processes.list({201}, {}), expected);
+    const std::vector<std::int32_t> others(expected.begin(), expected.end() - 1);
+    EXPECT_EQ(processes.list({}, {201}), others);
+  }
   fs::remove_all(root_ / "proc/101");
   expected.erase(expected.begin());
   EXPECT_EQ(processes.list({201}), expected) << "it ended";

@@ -3,8 +3,9 @@
 #include <unistd.h>
 
 #include <QTimer>
-#include <algorithm>
 #include <utility>
+
+#include "adapters/desktop/process.h"
 
 namespace tarnwick {
 
@@ -12,7 +13,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto firstLook = 1500ms;  // after the first pass
+constexpr auto firstLook = 1500ms;  // once the start has settled
+
+// Clock ticks since boot; absent once the process has ended.
+std::optional<std::uint64_t> startOf(std::int32_t pid) {
+  const auto stat = desktop::Process("/proc", pid).stat();
+  return stat ? std::optional(stat->startTime) : std::nullopt;
+}
 
 }  // namespace
 
@@ -24,7 +31,7 @@ BarWorkspace::BarWorkspace(BarConnection& bar, BarSnapshots& snapshots,
       ownIdentifier_(std::move(ownIdentifier)),
       windowOwners_(std::move(windowOwners)) {
   connect(&bar, &BarConnection::applicationAppeared, this, [this](int pid) {
-    owners_.insert(pid);
+    rememberOwners({pid});
     if (pid != getpid() && isNews(pid)) launched_.notify();
   });
   connect(&bar, &BarConnection::vanished, this, [this] { known_.clear(); });  // ids begin anew
@@ -47,33 +54,48 @@ std::vector<RunningApplication> BarWorkspace::runningApplications() {
 std::vector<RunningApplication> BarWorkspace::itemOwners(const BarPicture& bar) {
   if (const auto revision = identities_.revision(); std::exchange(revision_, revision) != revision)
     known_.clear();
-  std::vector<RunningApplication> applications;
   std::unordered_map<std::int32_t, std::shared_ptr<const RunningApplication>> byPid;
-  decltype(known_) stillThere;
+  for (const BarItem& item : bar.items()) {
+    if (const auto found = known_.find(item.id); found != known_.end()) {
+      byPid.emplace(item.pid, found->second);
+    }
+  }
+  std::vector<std::int32_t> unknown;
+  for (const BarItem& item : bar.items()) {
+    if (item.pid != 0 && byPid.emplace(item.pid, nullptr).second) unknown.push_back(item.pid);
+  }
+  if (!unknown.empty()) {
+    auto identities = identities_.identify(unknown);
+    for (std::size_t i = 0; i < unknown.size(); ++i) {
+      byPid[unknown[i]] =
+          std::make_shared<RunningApplication>(describe(unknown[i], std::move(identities[i])));
+    }
+    rememberOwners(unknown);
+  }
+  known_.clear();
+  std::vector<RunningApplication> applications;
+  std::set<std::int32_t> listed;
   for (const BarItem& item : bar.items()) {
     if (item.pid == 0) continue;
-    auto& application = byPid[item.pid];
-    if (!application) {
-      const auto found = known_.find(item.id);
-      application = found != known_.end() ? found->second
-                                          : std::make_shared<RunningApplication>(
-                                                describe(item.pid, identities_.identify(item.pid)));
-      applications.push_back(*application);
-      owners_.insert(item.pid);
-    }
-    stillThere.emplace(item.id, application);
+    const auto& application = known_[item.id] = byPid[item.pid];
+    if (listed.insert(item.pid).second) applications.push_back(*application);
   }
-  known_ = std::move(stillThere);
   return applications;
 }
 
+void BarWorkspace::rememberOwners(const std::vector<std::int32_t>& pids) {
+  std::erase_if(owners_, [](const auto& owner) { return startOf(owner.first) != owner.second; });
+  for (const std::int32_t pid : pids) {
+    if (const auto start = startOf(pid)) owners_.insert_or_assign(pid, *start);
+  }
+}
+
 std::vector<RunningApplication> BarWorkspace::everyApplication() {
-  auto shown = windowOwners_ ? windowOwners_() : std::set<std::int32_t>();
-  shown.insert(owners_.begin(), owners_.end());
-  const std::vector<std::int32_t> pids = processes_.list(shown);
-  std::erase_if(owners_, [&](std::int32_t pid) {
-    return !std::binary_search(pids.begin(), pids.end(), pid);
-  });
+  rememberOwners({});
+  std::set<std::int32_t> itemOwners;
+  for (const auto& owner : owners_) itemOwners.insert(owner.first);
+  const std::vector<std::int32_t> pids =
+      processes_.list(itemOwners, windowOwners_ ? windowOwners_() : std::set<std::int32_t>());
   std::vector<RunningApplication> applications;
   std::unordered_map<std::string, std::size_t> places;  // by identifier
   auto identities = identities_.identify(pids);

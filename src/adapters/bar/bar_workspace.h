@@ -42,13 +42,17 @@ class BarWorkspace : public QObject, public Workspace {
   RunningApplication describe(std::int32_t pid,
                               std::optional<desktop::ApplicationIdentity> identity) const;
   bool isNews(int pid);
+  // Adds these and forgets those that have ended.
+  void rememberOwners(const std::vector<std::int32_t>& pids);
 
   BarSnapshots& snapshots_;
   desktop::IdentityResolver& identities_;
   const std::string ownIdentifier_;
   const std::function<std::set<std::int32_t>()> windowOwners_;
   desktop::SessionProcesses processes_;
-  std::set<std::int32_t> owners_;  // processes that have had status items and live
+  // Processes that have had status items and live, by id, with their start times: the id alone may
+  // be another's later.
+  std::map<std::int32_t, std::uint64_t> owners_;
   CallbackList launched_;
   std::map<int, std::chrono::steady_clock::time_point> announced_;  // within the last second
   // By status item: as long as an item stands in the bar its owner is the same process, so that

@@ -50,7 +50,8 @@ bool hasJustStarted(const Process& process) {
 
 }  // namespace
 
-std::vector<std::int32_t> SessionProcesses::list(const std::set<std::int32_t>& also) {
+std::vector<std::int32_t> SessionProcesses::list(const std::set<std::int32_t>& itemOwners,
+                                                 const std::set<std::int32_t>& windowOwners) {
   std::map<std::int32_t, Known> present;
   std::vector<std::int32_t> pids;
   const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(procRoot_.c_str()), closedir);
@@ -73,7 +74,8 @@ std::vector<std::int32_t> SessionProcesses::list(const std::set<std::int32_t>& a
   }
   known_ = std::move(present);
   for (const auto& [pid, known] : known_) {
-    if (known.alive && (known.ours || also.contains(pid))) pids.push_back(pid);
+    const bool shows = itemOwners.contains(pid) || (known.ofThisUser && windowOwners.contains(pid));
+    if (known.alive && (known.ours || shows)) pids.push_back(pid);
   }
   return pids;
 }
@@ -84,7 +86,8 @@ SessionProcesses::Known SessionProcesses::examine(std::int32_t pid, bool ownFold
   known.alive = !process.arguments().empty();
   known.young = known.alive && hasJustStarted(process);
   // A hardened process's folder is root's.
-  if (!known.alive || !(ownFolder || process.user() == getuid())) return known;
+  known.ofThisUser = ownFolder || process.user() == getuid();
+  if (!known.alive || !known.ofThisUser) return known;
   if (!process.hasEnvironment()) {
     known.ours = true;
     return known;

@@ -16,9 +16,11 @@ class SessionProcesses {
  public:
   explicit SessionProcesses(std::string procRoot = "/proc") : procRoot_(std::move(procRoot)) {}
 
-  // Process ids, ascending, without this process's own. Those of `also` that live are among them
-  // whoever runs them: they are known to be on this desktop by what they show on it.
-  std::vector<std::int32_t> list(const std::set<std::int32_t>& also);
+  // Process ids, ascending, without this process's own. Those of `itemOwners` that live are among
+  // them whoever runs them: they are known to be on this desktop by what they show on it. So are
+  // those of `windowOwners`, if this user runs them: a window may tell any id, and a sandbox does.
+  std::vector<std::int32_t> list(const std::set<std::int32_t>& itemOwners,
+                                 const std::set<std::int32_t>& windowOwners = {});
 
  private:
   // The kernel makes a folder anew for each process.
@@ -31,6 +33,7 @@ class SessionProcesses {
   struct Known {
     Folder folder;
     bool alive = false;  // no thread of the kernel and no process that has ended
+    bool ofThisUser = false;
     bool ours = false;
     bool young = false;  // it may yet become another program, with another environment
   };
