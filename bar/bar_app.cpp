@@ -39,7 +39,7 @@ BarApp::BarApp(QDBusConnection bus)
       accessStore_(JsonFile(configFolder() / "access.json", JsonRoot::object),
                    GrantTimes(JsonFile(desktop::stateHome() / "tarnwick-bar" / "access-times.json",
                                        JsonRoot::object))),
-      access_(callers_, accessStore_, identities_),
+      access_(callers_, accessStore_, identities_, x11::bringToUser),
       appearance_(bus_),
       service_(board_, callers_, access_, appearance_, x11::isButtonDown, bus_),
       sni_(board_, identities_),

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "bar/access/access_dialog.h"
-#include "bar/x11/bring_to_user.h"
 
 namespace tarnwick::bar {
 
@@ -26,8 +25,13 @@ QString commandLine(qint32 pid) {
 }  // namespace
 
 AccessControl::AccessControl(Callers& callers, AccessStore& store,
-                             desktop::IdentityResolver& identities, QObject* parent)
-    : QObject(parent), callers_(callers), store_(store), identities_(identities) {
+                             desktop::IdentityResolver& identities,
+                             std::function<void(QWidget&)> bringToUser, QObject* parent)
+    : QObject(parent),
+      callers_(callers),
+      store_(store),
+      identities_(identities),
+      bringToUser_(std::move(bringToUser)) {
   connect(&callers_, &Callers::gone, this, &AccessControl::forget);
   connect(&store_, &AccessStore::changed, this, &AccessControl::storeChanged);
 }
@@ -83,7 +87,7 @@ bool AccessControl::asks(const QString& name) const {
 
 void AccessControl::presentQuestion() {
   if (open_.empty() || !open_.front().dialog) return;
-  x11::bringToUser(*open_.front().dialog);
+  bringToUser_(*open_.front().dialog);
 }
 
 void AccessControl::answer(const Question& question, bool allow) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QWidget>
 #include <functional>
 #include <memory>
 #include <set>
@@ -21,8 +22,9 @@ class AccessControl : public QObject {
   Q_OBJECT
 
  public:
+  // `bringToUser` shows a window to the user, wherever it was.
   AccessControl(Callers& callers, AccessStore& store, desktop::IdentityResolver& identities,
-                QObject* parent = nullptr);
+                std::function<void(QWidget&)> bringToUser, QObject* parent = nullptr);
   ~AccessControl() override;
 
   bool allows(qint32 pid, Capability capability);
@@ -68,6 +70,7 @@ class AccessControl : public QObject {
   Callers& callers_;
   AccessStore& store_;
   desktop::IdentityResolver& identities_;
+  const std::function<void(QWidget&)> bringToUser_;
   std::vector<Open> open_;  // in the order of asking
   std::set<Question> refused_;
 };
