@@ -7,12 +7,12 @@
 #include <utility>
 
 #include "bar/access/privacy_window.h"
-#include "bar/menu_bar_pane.h"
-#include "bar/metrics.h"
+#include "bar/board/metrics.h"
+#include "bar/settings/menu_bar_pane.h"
 #include "bar/x11/bring_to_user.h"
 #include "bar/x11/dock.h"
 #include "bar/x11/pointer.h"
-#include "bar/x11/window_hints.h"
+#include "common/x11/window_hints.h"
 
 namespace tarnwick::bar {
 

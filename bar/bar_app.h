@@ -6,20 +6,20 @@
 #include <QPointer>
 #include <QTimer>
 
-#include "adapters/desktop/identity.h"
 #include "bar/access/access_control.h"
 #include "bar/access/access_store.h"
 #include "bar/access/callers.h"
-#include "bar/bar_settings.h"
-#include "bar/bar_window.h"
-#include "bar/board.h"
-#include "bar/clock.h"
-#include "bar/position_store.h"
+#include "bar/board/board.h"
+#include "bar/board/position_store.h"
 #include "bar/service/menu_bar_service.h"
+#include "bar/settings/bar_settings.h"
 #include "bar/sni/sni_host.h"
+#include "bar/window/bar_window.h"
+#include "bar/window/clock.h"
 #include "bar/x11/active_application.h"
 #include "bar/x11/tray_manager.h"
-#include "look/appearance.h"
+#include "common/identity/identity.h"
+#include "common/look/appearance.h"
 
 namespace tarnwick::bar {
 

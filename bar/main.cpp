@@ -1,6 +1,5 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -10,12 +9,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 #include "bar/bar_app.h"
-#include "look/icon_theme.h"
-#include "look/session.h"
-#include "look/translations.h"
+#include "common/bus/session.h"
+#include "common/look/icon_theme.h"
+#include "common/look/translations.h"
+#include "common/x11/server.h"
 
 namespace {
 
@@ -40,18 +39,12 @@ int fail(const char* why) {
   return EXIT_FAILURE;
 }
 
-// The toolkit aborts without an X server: looked for first.
-bool hasXServer() {
-  const std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection(
-      xcb_connect(nullptr, nullptr), xcb_disconnect);
-  return xcb_connection_has_error(connection.get()) == 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (!tarnwick::hasSessionBus()) return fail("no session bus");
-  if (!hasXServer()) return fail("no X server");
+  auto firstConnection = tarnwick::x11::connectToServer();
+  if (!firstConnection) return fail("no X server");  // the toolkit would abort
   stopOnSignals();
   // Under another display server the bar still is an X11 client.
   const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
@@ -59,6 +52,7 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationName(QStringLiteral("tarnwick-bar"));
   QGuiApplication::setDesktopFileName(QStringLiteral("org.tarnwick.MenuBar"));
   QApplication application(argc, argv);
+  firstConnection.reset();
   QApplication::setQuitOnLastWindowClosed(false);
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return fail("no session bus");

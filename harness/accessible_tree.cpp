@@ -1,4 +1,4 @@
-#include "tests/desktop/harness/accessible_tree.h"
+#include "harness/accessible_tree.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "tests/desktop/harness/wait.h"
+#include "harness/wait.h"
 
 namespace tarnwick::test {
 

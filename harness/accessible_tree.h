@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "tests/desktop/harness/private_desktop.h"
+#include "harness/private_desktop.h"
 
 namespace tarnwick::test {
 

@@ -1,11 +1,11 @@
-#include "tests/desktop/harness/bar_proxy.h"
+#include "harness/bar_proxy.h"
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusVariant>
 #include <algorithm>
 
-#include "adapters/desktop/identity.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::test {
 

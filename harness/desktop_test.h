@@ -4,9 +4,9 @@
 
 #include <ostream>
 
-#include "tests/desktop/harness/bar_proxy.h"
-#include "tests/desktop/harness/private_desktop.h"
-#include "tests/desktop/harness/wait.h"
+#include "harness/bar_proxy.h"
+#include "harness/private_desktop.h"
+#include "harness/wait.h"
 
 namespace tarnwick::test {
 

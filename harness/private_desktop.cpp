@@ -1,4 +1,4 @@
-#include "tests/desktop/harness/private_desktop.h"
+#include "harness/private_desktop.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -14,8 +14,8 @@
 #include <QUuid>
 #include <nlohmann/json.hpp>
 
-#include "tests/desktop/harness/wait.h"
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/wait.h"
+#include "harness/x_screen.h"
 
 namespace tarnwick::test {
 namespace {

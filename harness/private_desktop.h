@@ -12,7 +12,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <vector>
 
-#include "tests/desktop/harness/program.h"
+#include "harness/program.h"
 
 namespace tarnwick::test {
 

@@ -1,4 +1,4 @@
-#include "tests/desktop/harness/program.h"
+#include "harness/program.h"
 
 #include <signal.h>
 #include <sys/prctl.h>
@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "tests/desktop/harness/wait.h"
+#include "harness/wait.h"
 
 namespace tarnwick::test {
 namespace {

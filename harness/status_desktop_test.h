@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "tests/desktop/harness/desktop_test.h"
+#include "harness/desktop_test.h"
 
 namespace tarnwick::test {
 

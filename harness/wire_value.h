@@ -7,7 +7,7 @@
 #include <QVariantList>
 #include <memory>
 
-#include "tests/desktop/harness/wait.h"
+#include "harness/wait.h"
 
 namespace tarnwick::test {
 

@@ -1,4 +1,4 @@
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/x_screen.h"
 
 #include <xcb/xcb.h>
 

@@ -15,7 +15,7 @@ fi
 result=0
 for language in $languages; do
   name=tarnwick_$language.ts
-  "$lupdate" -silent -I . -I src src bar -tr-function-alias QT_TRANSLATE_NOOP+=translatable \
+  "$lupdate" -silent -I . core common utility bar -tr-function-alias QT_TRANSLATE_NOOP+=translatable \
     -locations none -no-obsolete -source-language en -target-language "$language" \
     -ts "$catalogues/$name" 2>/dev/null
   [ "${1-}" = --check ] || continue

@@ -6,7 +6,7 @@
 #include <QTextStream>
 #include <nlohmann/json.hpp>
 
-#include "tests/desktop/harness/bar_proxy.h"
+#include "harness/bar_proxy.h"
 
 using tarnwick::test::BarItem;
 using tarnwick::test::BarItems;

@@ -14,10 +14,10 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/bar_proxy.h"
-#include "tests/desktop/harness/private_desktop.h"
-#include "tests/desktop/harness/wait.h"
+#include "harness/accessible_tree.h"
+#include "harness/bar_proxy.h"
+#include "harness/private_desktop.h"
+#include "harness/wait.h"
 
 using namespace tarnwick::test;
 

@@ -7,16 +7,16 @@
 #include <memory>
 #include <string>
 
-#include "adapters/desktop/own_program.h"
-#include "adapters/qt/quit_signals.h"
-#include "adapters/x11/windows.h"
-#include "app/app_delegate.h"
-#include "app/application_service.h"
-#include "app/services.h"
-#include "look/appearance.h"
-#include "look/icon_theme.h"
-#include "look/session.h"
-#include "look/translations.h"
+#include "common/bus/session.h"
+#include "common/identity/own_program.h"
+#include "common/look/appearance.h"
+#include "common/look/icon_theme.h"
+#include "common/look/translations.h"
+#include "common/x11/server.h"
+#include "core/app/app_delegate.h"
+#include "utility/loop/quit_signals.h"
+#include "utility/service/application_service.h"
+#include "utility/services.h"
 
 namespace tarnwick {
 

@@ -1,6 +1,6 @@
-#include "app/platform_texts.h"
+#include "utility/platform_texts.h"
 
-#include "settings/settings_texts.h"
+#include "core/settings/settings_texts.h"
 
 namespace tarnwick {
 

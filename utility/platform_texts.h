@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/wording.h"
+#include "core/ports/wording.h"
 
 namespace tarnwick {
 

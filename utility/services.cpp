@@ -1,11 +1,11 @@
-#include "app/services.h"
+#include "utility/services.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 #include <utility>
 
-#include "adapters/desktop/json_file.h"
-#include "adapters/x11/windows.h"
+#include "common/files/json_file.h"
+#include "utility/x11/windows.h"
 
 namespace tarnwick {
 

@@ -7,9 +7,9 @@
 #include <set>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
 #include "bar/access/access_store.h"
 #include "bar/access/callers.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::bar {
 

@@ -5,9 +5,9 @@
 #include <set>
 #include <string>
 
-#include "adapters/desktop/json_file.h"
 #include "bar/access/capability.h"
 #include "bar/access/grant_times.h"
+#include "common/files/json_file.h"
 
 namespace tarnwick::bar {
 

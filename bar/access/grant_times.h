@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "adapters/desktop/json_file.h"
 #include "bar/access/capability.h"
+#include "common/files/json_file.h"
 
 namespace tarnwick::bar {
 

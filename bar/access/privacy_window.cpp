@@ -11,8 +11,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include "look/application_icon.h"
-#include "look/tool_tip.h"
+#include "common/look/application_icon.h"
+#include "common/look/tool_tip.h"
 
 namespace tarnwick::bar {
 

@@ -1,4 +1,4 @@
-#include "bar/board.h"
+#include "bar/board/board.h"
 
 #include <algorithm>
 #include <cmath>

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "bar/item.h"
+#include "bar/board/item.h"
 #include "bar/row/item_row.h"
 #include "bar/row/row_pointer.h"
 

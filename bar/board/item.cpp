@@ -1,4 +1,4 @@
-#include "bar/item.h"
+#include "bar/board/item.h"
 
 #include <QTimer>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "bar/metrics.h"
+#include "bar/board/metrics.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "bar/placeholder.h"
+#include "bar/board/placeholder.h"
 
 #include <QFont>
 #include <QGuiApplication>

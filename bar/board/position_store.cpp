@@ -1,4 +1,4 @@
-#include "bar/position_store.h"
+#include "bar/board/position_store.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "adapters/desktop/json_file.h"
-#include "bar/board.h"
+#include "bar/board/board.h"
+#include "common/files/json_file.h"
 
 namespace tarnwick::bar {
 

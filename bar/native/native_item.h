@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QSizeF>
 
-#include "bar/item.h"
+#include "bar/board/item.h"
 
 namespace tarnwick::bar {
 

@@ -5,7 +5,7 @@
 #include <map>
 #include <variant>
 
-#include "bar/board.h"
+#include "bar/board/board.h"
 #include "bar/native/native_item.h"
 
 namespace tarnwick::bar {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick::bar {
 

@@ -7,8 +7,8 @@
 #include <QPointer>
 #include <utility>
 
-#include "bar/service/introspection.h"
-#include "bar/service/wire.h"
+#include "common/barprotocol/introspection.h"
+#include "common/barprotocol/wire.h"
 
 namespace tarnwick::bar {
 

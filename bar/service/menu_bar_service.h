@@ -8,10 +8,10 @@
 
 #include "bar/access/access_control.h"
 #include "bar/access/callers.h"
-#include "bar/board.h"
+#include "bar/board/board.h"
 #include "bar/native/native_items.h"
 #include "bar/service/free_hand.h"
-#include "look/appearance.h"
+#include "common/look/appearance.h"
 
 namespace tarnwick::bar {
 

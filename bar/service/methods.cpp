@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "bar/service/menu_bar_service.h"
-#include "bar/service/wire.h"
+#include "common/barprotocol/wire.h"
 
 namespace tarnwick::bar {
 

@@ -1,4 +1,4 @@
-#include "bar/bar_settings.h"
+#include "bar/settings/bar_settings.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>

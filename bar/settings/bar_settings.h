@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "adapters/desktop/json_file.h"
+#include "common/files/json_file.h"
 
 namespace tarnwick::bar {
 

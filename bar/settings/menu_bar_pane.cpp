@@ -1,4 +1,4 @@
-#include "bar/menu_bar_pane.h"
+#include "bar/settings/menu_bar_pane.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "bar/bar_settings.h"
+#include "bar/settings/bar_settings.h"
 
 class QCheckBox;
 class QComboBox;

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "bar/sni/watcher.h"
-#include "dbusmenu/bus_call.h"
+#include "common/bus/bus_call.h"
 
 namespace tarnwick::bar {
 

@@ -9,7 +9,7 @@
 
 #include "bar/sni/icon_files.h"
 #include "bar/sni/pixmap_choice.h"
-#include "dbusmenu/picture_file.h"
+#include "common/look/picture_file.h"
 
 namespace tarnwick::bar {
 

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "bar/sni/sni_item.h"
-#include "dbusmenu/bus_call.h"
+#include "common/bus/bus_call.h"
 
 namespace tarnwick::bar {
 

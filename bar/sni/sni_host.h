@@ -8,12 +8,12 @@
 #include <optional>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
-#include "bar/board.h"
+#include "bar/board/board.h"
 #include "bar/sni/foreign_watcher.h"
 #include "bar/sni/item_address.h"
 #include "bar/sni/sni_item.h"
 #include "bar/sni/watcher.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::bar {
 

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <utility>
 
-#include "bar/metrics.h"
-#include "bar/placeholder.h"
+#include "bar/board/metrics.h"
+#include "bar/board/placeholder.h"
 
 namespace tarnwick::bar {
 

@@ -5,12 +5,12 @@
 #include <functional>
 #include <memory>
 
-#include "bar/item.h"
+#include "bar/board/item.h"
 #include "bar/sni/icon_slot.h"
 #include "bar/sni/item_address.h"
 #include "bar/sni/property_reader.h"
 #include "bar/sni/sni_properties.h"
-#include "dbusmenu/menu_popup.h"
+#include "common/menus/view/menu_popup.h"
 
 namespace tarnwick::bar {
 

@@ -4,7 +4,7 @@
 #include <QDBusMessage>
 #include <utility>
 
-#include "dbusmenu/bus_call.h"
+#include "common/bus/bus_call.h"
 
 namespace tarnwick::bar {
 

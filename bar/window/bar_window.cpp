@@ -1,4 +1,4 @@
-#include "bar/bar_window.h"
+#include "bar/window/bar_window.h"
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "bar/metrics.h"
+#include "bar/board/metrics.h"
 
 namespace tarnwick::bar {
 

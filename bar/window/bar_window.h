@@ -7,10 +7,10 @@
 #include <map>
 #include <optional>
 
-#include "bar/bar_settings.h"
-#include "bar/board.h"
-#include "bar/clock.h"
-#include "look/appearance.h"
+#include "bar/board/board.h"
+#include "bar/settings/bar_settings.h"
+#include "bar/window/clock.h"
+#include "common/look/appearance.h"
 
 namespace tarnwick::bar {
 

@@ -6,8 +6,8 @@
 #include <QWindow>
 #include <utility>
 
-#include "bar/bar_window.h"
-#include "bar/tool_tip_text.h"
+#include "bar/window/bar_window.h"
+#include "bar/window/tool_tip_text.h"
 
 namespace tarnwick::bar {
 

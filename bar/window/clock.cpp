@@ -1,4 +1,4 @@
-#include "bar/clock.h"
+#include "bar/window/clock.h"
 
 #include <sys/timerfd.h>
 #include <time.h>

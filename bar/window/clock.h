@@ -4,8 +4,8 @@
 #include <QSocketNotifier>
 #include <QString>
 
-#include "adapters/desktop/file.h"
-#include "bar/bar_settings.h"
+#include "bar/settings/bar_settings.h"
+#include "common/files/file.h"
 
 namespace tarnwick::bar {
 

@@ -1,4 +1,4 @@
-#include "bar/tool_tip_text.h"
+#include "bar/window/tool_tip_text.h"
 
 #include <QTextDocument>
 

@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <chrono>
 
-#include "bar/x11/process_of_window.h"
-#include "bar/x11/window_hints.h"
+#include "common/x11/process_of_window.h"
+#include "common/x11/window_hints.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -4,8 +4,8 @@
 #include <QObject>
 #include <QString>
 
-#include "adapters/desktop/identity.h"
-#include "bar/x11/xcb.h"
+#include "common/identity/identity.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

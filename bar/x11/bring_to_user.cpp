@@ -1,6 +1,6 @@
 #include "bar/x11/bring_to_user.h"
 
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -8,7 +8,7 @@
 #include <cmath>
 
 #include "bar/x11/super_grabs.h"
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

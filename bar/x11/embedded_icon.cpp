@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "bar/placeholder.h"
+#include "bar/board/placeholder.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -3,6 +3,8 @@
 #include <QList>
 #include <tuple>
 
+#include "common/x11/window_hints.h"
+
 namespace tarnwick::bar::x11 {
 
 xcb_window_t IconProbe::selectEvents(xcb_window_t window) {
@@ -34,14 +36,6 @@ std::optional<IconFacts> IconProbe::take() {
   facts.title = titleOf(utf8Title_, title_);
   facts.wantsMapped = wantsMapped(xembedInfo_);
   return facts;
-}
-
-std::pair<QString, QString> windowClassOf(PropertyRead& property) {
-  const auto parts = property.bytes().first.split('\0');
-  const auto part = [&](qsizetype i) {
-    return i < parts.size() ? QString::fromUtf8(parts[i].left(256)) : QString();
-  };
-  return {part(0), part(1)};
 }
 
 QString titleOf(PropertyRead& utf8Title, PropertyRead& title) {

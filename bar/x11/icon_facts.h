@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bar/x11/process_of_window.h"
-#include "bar/x11/xcb.h"
+#include "common/x11/process_of_window.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 
@@ -43,8 +43,6 @@ class IconProbe {
 inline constexpr std::uint32_t iconEvents =
     XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
 
-// WM_CLASS as instance and class.
-std::pair<QString, QString> windowClassOf(PropertyRead& property);
 // _NET_WM_NAME, else WM_NAME.
 QString titleOf(PropertyRead& utf8Title, PropertyRead& title);
 std::optional<bool> wantsMapped(PropertyRead& xembedInfo);

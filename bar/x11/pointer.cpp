@@ -1,6 +1,6 @@
 #include "bar/x11/pointer.h"
 
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <chrono>
 
-#include "bar/x11/keyboard_map.h"
+#include "common/x11/keyboard_map.h"
 
 namespace tarnwick::bar::x11 {
 

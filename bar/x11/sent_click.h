@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "bar/x11/tray_selection.h"
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

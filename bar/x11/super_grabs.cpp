@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <chrono>
 
-#include "bar/x11/keyboard_map.h"
+#include "common/x11/keyboard_map.h"
 
 namespace tarnwick::bar::x11 {
 

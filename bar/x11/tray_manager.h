@@ -8,10 +8,10 @@
 #include <memory>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
-#include "bar/board.h"
+#include "bar/board/board.h"
 #include "bar/x11/tray_selection.h"
 #include "bar/x11/xembed_item.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::bar::x11 {
 

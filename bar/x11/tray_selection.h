@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

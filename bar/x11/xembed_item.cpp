@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "bar/metrics.h"
-#include "bar/placeholder.h"
+#include "bar/board/metrics.h"
+#include "bar/board/placeholder.h"
 
 namespace tarnwick::bar::x11 {
 

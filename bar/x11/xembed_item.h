@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "bar/item.h"
+#include "bar/board/item.h"
 #include "bar/x11/embedded_icon.h"
 #include "bar/x11/sent_click.h"
 

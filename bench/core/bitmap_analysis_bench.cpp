@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "capture/bitmap_analysis.h"
+#include "core/capture/bitmap_analysis.h"
 
 namespace tarnwick {
 namespace {

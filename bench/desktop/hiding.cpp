@@ -2,16 +2,16 @@
 #include <cmath>
 #include <thread>
 
-#include "adapters/bar/bar_accessibility.h"
-#include "adapters/bar/bar_connection.h"
-#include "adapters/bar/bar_snapshots.h"
-#include "adapters/bar/bar_workspace.h"
-#include "adapters/desktop/identity.h"
-#include "adapters/qt/qt_application.h"
-#include "adapters/qt/qt_main_loop.h"
 #include "bench/desktop/ground.h"
 #include "bench/desktop/sections.h"
-#include "menubar/menu_bar_scanner.h"
+#include "common/identity/identity.h"
+#include "core/menubar/menu_bar_scanner.h"
+#include "utility/bar_client/bar_accessibility.h"
+#include "utility/bar_client/bar_connection.h"
+#include "utility/bar_client/bar_snapshots.h"
+#include "utility/bar_client/bar_workspace.h"
+#include "utility/loop/qt_application.h"
+#include "utility/loop/qt_main_loop.h"
 
 namespace tarnwick::bench {
 

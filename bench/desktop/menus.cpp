@@ -3,7 +3,7 @@
 
 #include "bench/desktop/ground.h"
 #include "bench/desktop/sections.h"
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/x_screen.h"
 
 namespace tarnwick::bench {
 

@@ -12,7 +12,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/desktop/fake_sni_options.h"
+#include "harness/fake_sni_options.h"
 
 namespace tarnwick::bench {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_items.h"
+#include "common/barprotocol/bar_items.h"
 
 #include <QDBusArgument>
 #include <cmath>

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

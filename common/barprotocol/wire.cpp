@@ -1,4 +1,4 @@
-#include "bar/service/wire.h"
+#include "common/barprotocol/wire.h"
 
 #include <QDBusMetaType>
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

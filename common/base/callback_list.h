@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

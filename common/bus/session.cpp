@@ -1,4 +1,4 @@
-#include "look/session.h"
+#include "common/bus/session.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

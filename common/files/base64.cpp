@@ -1,4 +1,4 @@
-#include "adapters/desktop/base64.h"
+#include "common/files/base64.h"
 
 #include <cstdint>
 

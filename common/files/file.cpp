@@ -1,4 +1,4 @@
-#include "adapters/desktop/file.h"
+#include "common/files/file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "adapters/desktop/file_watch.h"
+#include "common/files/file_watch.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>

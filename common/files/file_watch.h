@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <set>
 
-#include "adapters/desktop/file.h"
+#include "common/files/file.h"
 
 namespace tarnwick::desktop {
 

@@ -1,4 +1,4 @@
-#include "adapters/desktop/json_file.h"
+#include "common/files/json_file.h"
 
 #include <fcntl.h>
 #include <pwd.h>
@@ -16,7 +16,7 @@
 #include <string_view>
 #include <thread>
 
-#include "adapters/desktop/file.h"
+#include "common/files/file.h"
 
 namespace tarnwick::desktop {
 

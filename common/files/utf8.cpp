@@ -1,4 +1,4 @@
-#include "adapters/desktop/utf8.h"
+#include "common/files/utf8.h"
 
 namespace tarnwick::desktop {
 

@@ -1,9 +1,9 @@
-#include "adapters/desktop/application_search.h"
+#include "common/identity/application_search.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "adapters/desktop/command.h"
+#include "common/identity/command.h"
 
 namespace tarnwick::desktop {
 

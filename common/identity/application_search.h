@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "adapters/desktop/desktop_entries.h"
-#include "adapters/desktop/identity.h"
-#include "adapters/desktop/launch_unit.h"
-#include "adapters/desktop/process.h"
+#include "common/identity/desktop_entries.h"
+#include "common/identity/identity.h"
+#include "common/identity/launch_unit.h"
+#include "common/identity/process.h"
 
 namespace tarnwick::desktop {
 

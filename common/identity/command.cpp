@@ -1,4 +1,4 @@
-#include "adapters/desktop/command.h"
+#include "common/identity/command.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "adapters/desktop/desktop_entries.h"
+#include "common/identity/desktop_entries.h"
 
 #include <sys/stat.h>
 
@@ -8,12 +8,12 @@
 #include <filesystem>
 #include <utility>
 
-#include "adapters/desktop/command.h"
-#include "adapters/desktop/desktop_file.h"
-#include "adapters/desktop/file.h"
-#include "adapters/desktop/json_file.h"
-#include "adapters/desktop/own_program.h"
-#include "adapters/desktop/wrapper_script.h"
+#include "common/files/file.h"
+#include "common/files/json_file.h"
+#include "common/identity/command.h"
+#include "common/identity/desktop_file.h"
+#include "common/identity/own_program.h"
+#include "common/identity/wrapper_script.h"
 
 namespace tarnwick::desktop {
 

@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::desktop {
 

@@ -1,4 +1,4 @@
-#include "adapters/desktop/desktop_file.h"
+#include "common/identity/desktop_file.h"
 
 #include <cstdlib>
 

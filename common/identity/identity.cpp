@@ -1,4 +1,4 @@
-#include "adapters/desktop/identity.h"
+#include "common/identity/identity.h"
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -6,10 +6,10 @@
 
 #include <utility>
 
-#include "adapters/desktop/application_search.h"
-#include "adapters/desktop/desktop_entries.h"
-#include "adapters/desktop/process.h"
-#include "adapters/desktop/utf8.h"
+#include "common/files/utf8.h"
+#include "common/identity/application_search.h"
+#include "common/identity/desktop_entries.h"
+#include "common/identity/process.h"
 
 namespace tarnwick::desktop {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "adapters/desktop/file.h"
+#include "common/files/file.h"
 
 namespace tarnwick::desktop {
 

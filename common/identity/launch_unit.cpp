@@ -1,4 +1,4 @@
-#include "adapters/desktop/launch_unit.h"
+#include "common/identity/launch_unit.h"
 
 #include <charconv>
 

@@ -1,4 +1,4 @@
-#include "adapters/desktop/own_program.h"
+#include "common/identity/own_program.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "adapters/desktop/process.h"
+#include "common/identity/process.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "adapters/desktop/file.h"
+#include "common/files/file.h"
 
 namespace tarnwick::desktop {
 

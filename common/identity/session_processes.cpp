@@ -1,4 +1,4 @@
-#include "adapters/desktop/session_processes.h"
+#include "common/identity/session_processes.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <memory>
 #include <string_view>
 
-#include "adapters/desktop/process.h"
+#include "common/identity/process.h"
 
 namespace tarnwick::desktop {
 

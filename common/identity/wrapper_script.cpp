@@ -1,4 +1,4 @@
-#include "adapters/desktop/wrapper_script.h"
+#include "common/identity/wrapper_script.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <map>
 
-#include "adapters/desktop/command.h"
-#include "adapters/desktop/file.h"
-#include "adapters/desktop/own_program.h"
+#include "common/files/file.h"
+#include "common/identity/command.h"
+#include "common/identity/own_program.h"
 
 namespace tarnwick::desktop {
 

@@ -1,4 +1,4 @@
-#include "look/appearance.h"
+#include "common/look/appearance.h"
 
 #include <QApplication>
 #include <QDBusMessage>

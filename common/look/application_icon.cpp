@@ -1,9 +1,9 @@
-#include "look/application_icon.h"
+#include "common/look/application_icon.h"
 
 #include <QFileInfo>
 #include <QPainter>
 
-#include "dbusmenu/picture_file.h"
+#include "common/look/picture_file.h"
 
 namespace tarnwick {
 

@@ -1,10 +1,10 @@
-#include "look/icon_theme.h"
+#include "common/look/icon_theme.h"
 
 #include <QFile>
 #include <QIcon>
 #include <QSettings>
 
-#include "adapters/desktop/json_file.h"
+#include "common/files/json_file.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "dbusmenu/picture_file.h"
+#include "common/look/picture_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

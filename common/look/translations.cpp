@@ -1,4 +1,4 @@
-#include "look/translations.h"
+#include "common/look/translations.h"
 
 #include <QCoreApplication>
 #include <QLocale>

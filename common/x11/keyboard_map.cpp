@@ -1,4 +1,4 @@
-#include "bar/x11/keyboard_map.h"
+#include "common/x11/keyboard_map.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

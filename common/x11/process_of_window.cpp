@@ -1,4 +1,4 @@
-#include "bar/x11/process_of_window.h"
+#include "common/x11/process_of_window.h"
 
 #include <QSysInfo>
 

@@ -2,7 +2,7 @@
 
 #include <xcb/res.h>
 
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
 

@@ -15,6 +15,10 @@ struct Free {
 template <class T>
 using Reply = std::unique_ptr<T, Free>;
 
+// A connection to the X server that $DISPLAY names; empty when it cannot be reached. To be held
+// until another one is made: some servers start anew when their last client leaves.
+std::shared_ptr<void> connectToServer();
+
 // Qt's own connection to the X server; null without one.
 inline xcb_connection_t* server() {
   const auto* qt =

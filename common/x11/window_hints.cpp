@@ -1,9 +1,8 @@
-#include "bar/x11/window_hints.h"
+#include "common/x11/window_hints.h"
 
+#include <QList>
 #include <QSysInfo>
 #include <algorithm>
-
-#include "bar/x11/icon_facts.h"
 
 namespace tarnwick::bar::x11 {
 
@@ -13,6 +12,14 @@ constexpr std::size_t maxWindows = 1000;
 constexpr std::size_t maxWindowsOfOne = 16;
 
 }  // namespace
+
+std::pair<QString, QString> windowClassOf(PropertyRead& property) {
+  const auto parts = property.bytes().first.split('\0');
+  const auto part = [&](qsizetype i) {
+    return i < parts.size() ? QString::fromUtf8(parts[i].left(256)) : QString();
+  };
+  return {part(0), part(1)};
+}
 
 WindowHintsRead::WindowHintsRead(xcb_window_t window)
     : gtkApplicationId_(window, atoms().gtkApplicationId),

@@ -3,10 +3,13 @@
 #include <cstdint>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
-#include "bar/x11/xcb.h"
+#include "common/identity/identity.h"
+#include "common/x11/xcb.h"
 
 namespace tarnwick::bar::x11 {
+
+// WM_CLASS as instance and class, each at most 256 bytes long.
+std::pair<QString, QString> windowClassOf(PropertyRead& property);
 
 // One window's names for its application, being read.
 class WindowHintsRead {

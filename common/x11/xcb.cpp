@@ -1,4 +1,4 @@
-#include "bar/x11/xcb.h"
+#include "common/x11/xcb.h"
 
 #include <xcb/composite.h>
 #include <xcb/damage.h>

@@ -1,9 +1,9 @@
-#include "app/app_delegate.h"
+#include "core/app/app_delegate.h"
 
 #include <chrono>
 
-#include "hiding/app_state.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "core/hiding/app_state.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
 
 namespace tarnwick {
 

@@ -2,10 +2,10 @@
 
 #include <memory>
 
-#include "hiding/menu_bar_controller.h"
-#include "platform/desktop.h"
-#include "settings/settings_view.h"
-#include "settings/store_follower.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/ports/desktop.h"
+#include "core/settings/settings_view.h"
+#include "core/settings/store_follower.h"
 
 namespace tarnwick {
 

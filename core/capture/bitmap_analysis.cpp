@@ -1,4 +1,4 @@
-#include "capture/bitmap_analysis.h"
+#include "core/capture/bitmap_analysis.h"
 
 #include <algorithm>
 

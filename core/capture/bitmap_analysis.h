@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/bitmap.h"
+#include "common/base/bitmap.h"
 
 namespace tarnwick {
 

@@ -1,9 +1,9 @@
-#include "capture/status_icon_capturer.h"
+#include "core/capture/status_icon_capturer.h"
 
 #include <cmath>
 #include <utility>
 
-#include "capture/bitmap_analysis.h"
+#include "core/capture/bitmap_analysis.h"
 
 namespace tarnwick {
 

@@ -6,12 +6,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "menubar/menu_bar_item_info.h"
-#include "platform/bitmap.h"
-#include "platform/main_loop.h"
-#include "platform/picture_files.h"
-#include "platform/task.h"
-#include "platform/window_capture.h"
+#include "common/base/bitmap.h"
+#include "core/menubar/menu_bar_item_info.h"
+#include "core/ports/main_loop.h"
+#include "core/ports/picture_files.h"
+#include "core/ports/task.h"
+#include "core/ports/window_capture.h"
 
 namespace tarnwick {
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include "hiding/menu_bar_controller.h"
-#include "menubar/proxy_menu.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/menubar/proxy_menu.h"
 
 namespace tarnwick {
 

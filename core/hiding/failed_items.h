@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "menubar/menu_bar_item_info.h"
+#include "core/menubar/menu_bar_item_info.h"
 
 namespace tarnwick {
 

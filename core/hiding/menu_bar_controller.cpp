@@ -1,9 +1,9 @@
-#include "hiding/menu_bar_controller.h"
+#include "core/hiding/menu_bar_controller.h"
 
 #include <chrono>
 #include <utility>
 
-#include "hiding/app_state.h"
+#include "core/hiding/app_state.h"
 
 namespace tarnwick {
 

@@ -7,18 +7,18 @@
 #include <string>
 #include <vector>
 
-#include "capture/status_icon_capturer.h"
-#include "hiding/failed_items.h"
-#include "hiding/separator_item.h"
-#include "hiding/stow_record.h"
-#include "menubar/item_mover.h"
-#include "menubar/menu_bar_scanner.h"
-#include "menubar/proxy_menu.h"
-#include "panel/panel_controller.h"
-#include "platform/callback_list.h"
-#include "platform/desktop.h"
-#include "platform/task.h"
-#include "prefs/preferences.h"
+#include "common/base/callback_list.h"
+#include "core/capture/status_icon_capturer.h"
+#include "core/hiding/failed_items.h"
+#include "core/hiding/separator_item.h"
+#include "core/hiding/stow_record.h"
+#include "core/menubar/item_mover.h"
+#include "core/menubar/menu_bar_scanner.h"
+#include "core/menubar/proxy_menu.h"
+#include "core/panel/panel_controller.h"
+#include "core/ports/desktop.h"
+#include "core/ports/task.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

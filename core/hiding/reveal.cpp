@@ -4,7 +4,7 @@
 #include <chrono>
 #include <utility>
 
-#include "hiding/menu_bar_controller.h"
+#include "core/hiding/menu_bar_controller.h"
 
 namespace tarnwick {
 

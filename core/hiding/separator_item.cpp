@@ -1,4 +1,4 @@
-#include "hiding/separator_item.h"
+#include "core/hiding/separator_item.h"
 
 #include <cstdlib>
 #include <utility>

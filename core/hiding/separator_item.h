@@ -7,11 +7,11 @@
 #include <string>
 #include <thread>
 
-#include "platform/drawing.h"
-#include "platform/pointer_events.h"
-#include "platform/screens.h"
-#include "platform/status_bar.h"
-#include "prefs/preferences.h"
+#include "core/ports/drawing.h"
+#include "core/ports/pointer_events.h"
+#include "core/ports/screens.h"
+#include "core/ports/status_bar.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

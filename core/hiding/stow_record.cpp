@@ -1,4 +1,4 @@
-#include "hiding/stow_record.h"
+#include "core/hiding/stow_record.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "prefs/preferences.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "menubar/item_mover.h"
+#include "core/menubar/item_mover.h"
 
 #include <chrono>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "menubar/menu_bar_scanner.h"
-#include "platform/main_loop.h"
-#include "platform/pointer_events.h"
+#include "core/menubar/menu_bar_scanner.h"
+#include "core/ports/main_loop.h"
+#include "core/ports/pointer_events.h"
 
 namespace tarnwick {
 

@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/accessibility.h"
-#include "platform/geometry.h"
-#include "platform/workspace.h"
+#include "common/base/geometry.h"
+#include "core/ports/accessibility.h"
+#include "core/ports/workspace.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "menubar/menu_bar_scanner.h"
+#include "core/menubar/menu_bar_scanner.h"
 
 namespace tarnwick {
 

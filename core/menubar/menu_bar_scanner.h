@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "menubar/menu_bar_item_info.h"
-#include "platform/accessibility.h"
-#include "platform/application.h"
-#include "platform/workspace.h"
+#include "core/menubar/menu_bar_item_info.h"
+#include "core/ports/accessibility.h"
+#include "core/ports/application.h"
+#include "core/ports/workspace.h"
 
 namespace tarnwick {
 

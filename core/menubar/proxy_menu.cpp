@@ -1,4 +1,4 @@
-#include "menubar/proxy_menu.h"
+#include "core/menubar/proxy_menu.h"
 
 #include <utility>
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/accessibility.h"
-#include "platform/menus.h"
+#include "core/ports/accessibility.h"
+#include "core/ports/menus.h"
 
 namespace tarnwick {
 

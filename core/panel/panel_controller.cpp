@@ -1,10 +1,10 @@
-#include "panel/panel_controller.h"
+#include "core/panel/panel_controller.h"
 
 #include <algorithm>
 #include <chrono>
 #include <utility>
 
-#include "panel/panel_view.h"
+#include "core/panel/panel_view.h"
 
 namespace tarnwick {
 

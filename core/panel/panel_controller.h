@@ -5,11 +5,11 @@
 #include <optional>
 #include <string>
 
-#include "capture/status_icon_capturer.h"
-#include "platform/desktop.h"
-#include "platform/panel_window.h"
-#include "platform/task.h"
-#include "prefs/preferences.h"
+#include "core/capture/status_icon_capturer.h"
+#include "core/ports/desktop.h"
+#include "core/ports/panel_window.h"
+#include "core/ports/task.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "panel/panel_section.h"
+#include "core/panel/panel_section.h"
 
 #include <algorithm>
 #include <set>

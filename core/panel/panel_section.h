@@ -5,10 +5,10 @@
 #include <variant>
 #include <vector>
 
-#include "capture/status_icon_capturer.h"
-#include "platform/bitmap.h"
-#include "platform/workspace.h"
-#include "prefs/preferences.h"
+#include "common/base/bitmap.h"
+#include "core/capture/status_icon_capturer.h"
+#include "core/ports/workspace.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "panel/panel_section.h"
-#include "platform/geometry.h"
-#include "platform/translatable.h"
+#include "common/base/geometry.h"
+#include "core/panel/panel_section.h"
+#include "core/ports/translatable.h"
 
 namespace tarnwick {
 

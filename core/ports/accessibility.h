@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

@@ -4,7 +4,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

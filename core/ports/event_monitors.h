@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <functional>
 
-#include "platform/key_event.h"
-#include "platform/registration.h"
+#include "common/base/registration.h"
+#include "core/ports/key_event.h"
 
 namespace tarnwick {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/main_loop.h"
-#include "platform/registration.h"
+#include "common/base/registration.h"
+#include "core/ports/main_loop.h"
 
 namespace tarnwick {
 

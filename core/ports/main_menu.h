@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/key_event.h"
+#include "core/ports/key_event.h"
 
 namespace tarnwick {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/accessibility.h"
-#include "platform/geometry.h"
-#include "platform/registration.h"
+#include "common/base/geometry.h"
+#include "common/base/registration.h"
+#include "core/ports/accessibility.h"
 
 namespace tarnwick {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

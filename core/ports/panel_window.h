@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

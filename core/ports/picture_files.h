@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/bitmap.h"
+#include "common/base/bitmap.h"
 
 namespace tarnwick {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/geometry.h"
+#include "common/base/geometry.h"
 
 namespace tarnwick {
 

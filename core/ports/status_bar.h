@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/drawing.h"
-#include "platform/geometry.h"
-#include "platform/registration.h"
+#include "common/base/geometry.h"
+#include "common/base/registration.h"
+#include "core/ports/drawing.h"
 
 namespace tarnwick {
 

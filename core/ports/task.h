@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/main_loop.h"
+#include "core/ports/main_loop.h"
 
 namespace tarnwick {
 

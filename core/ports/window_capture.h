@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "platform/bitmap.h"
-#include "platform/geometry.h"
-#include "platform/registration.h"
+#include "common/base/bitmap.h"
+#include "common/base/geometry.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "prefs/app_group.h"
+#include "core/prefs/app_group.h"
 
 #include <nlohmann/json.hpp>
 

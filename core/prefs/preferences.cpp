@@ -1,4 +1,4 @@
-#include "prefs/preferences.h"
+#include "core/prefs/preferences.h"
 
 #include <algorithm>
 #include <iterator>

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/defaults_store.h"
-#include "platform/translatable.h"
-#include "prefs/app_group.h"
+#include "core/ports/defaults_store.h"
+#include "core/ports/translatable.h"
+#include "core/prefs/app_group.h"
 
 namespace tarnwick {
 

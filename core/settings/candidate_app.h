@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/workspace.h"
+#include "core/ports/workspace.h"
 
 namespace tarnwick {
 

@@ -3,8 +3,8 @@
 #include <tuple>
 #include <utility>
 
-#include "settings/hiding_choice.h"
-#include "settings/settings_view.h"
+#include "core/settings/hiding_choice.h"
+#include "core/settings/settings_view.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "settings/hiding_choice.h"
+#include "core/settings/hiding_choice.h"
 
 #include <algorithm>
 #include <memory>

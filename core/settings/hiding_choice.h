@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "hiding/menu_bar_controller.h"
-#include "prefs/preferences.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

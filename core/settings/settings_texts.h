@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/translatable.h"
+#include "core/ports/translatable.h"
 
 // Fixed texts of the settings that a platform may word differently. Shown as SettingsView::text()
 // has them, in the user's language.

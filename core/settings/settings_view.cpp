@@ -1,4 +1,4 @@
-#include "settings/settings_view.h"
+#include "core/settings/settings_view.h"
 
 #include <chrono>
 #include <utility>

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "hiding/menu_bar_controller.h"
-#include "menubar/menu_bar_scanner.h"
-#include "platform/callback_list.h"
-#include "platform/desktop.h"
-#include "platform/task.h"
-#include "prefs/preferences.h"
-#include "settings/binding.h"
-#include "settings/candidate_app.h"
+#include "common/base/callback_list.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/menubar/menu_bar_scanner.h"
+#include "core/ports/desktop.h"
+#include "core/ports/task.h"
+#include "core/prefs/preferences.h"
+#include "core/settings/binding.h"
+#include "core/settings/candidate_app.h"
 
 namespace tarnwick {
 

@@ -1,8 +1,8 @@
-#include "settings/store_follower.h"
+#include "core/settings/store_follower.h"
 
 #include <utility>
 
-#include "settings/hiding_choice.h"
+#include "core/settings/hiding_choice.h"
 
 namespace tarnwick {
 

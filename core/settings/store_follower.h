@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "hiding/menu_bar_controller.h"
-#include "platform/desktop.h"
-#include "prefs/preferences.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/ports/desktop.h"
+#include "core/prefs/preferences.h"
 
 namespace tarnwick {
 

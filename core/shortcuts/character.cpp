@@ -1,8 +1,8 @@
-#include "shortcuts/character.h"
+#include "core/shortcuts/character.h"
 
 #include <span>
 
-#include "shortcuts/letter_case.h"
+#include "core/shortcuts/letter_case.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -1,10 +1,10 @@
-#include "shortcuts/conflicts.h"
+#include "core/shortcuts/conflicts.h"
 
 #include <algorithm>
 
-#include "shortcuts/character.h"
-#include "shortcuts/localized.h"
-#include "shortcuts/module.h"
+#include "core/shortcuts/character.h"
+#include "core/shortcuts/localized.h"
+#include "core/shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/main_menu.h"
-#include "shortcuts/shortcut.h"
+#include "core/ports/main_menu.h"
+#include "core/shortcuts/shortcut.h"
 
 // What else answers to a shortcut that is about to be stored.
 namespace tarnwick::KeyboardShortcuts {

@@ -8,8 +8,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/registration.h"
-#include "platform/task.h"
+#include "common/base/registration.h"
+#include "core/ports/task.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

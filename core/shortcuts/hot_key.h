@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "platform/registration.h"
+#include "common/base/registration.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

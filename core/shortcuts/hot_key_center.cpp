@@ -1,8 +1,8 @@
-#include "shortcuts/hot_key_center.h"
+#include "core/shortcuts/hot_key_center.h"
 
 #include <limits>
 
-#include "shortcuts/module.h"
+#include "core/shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

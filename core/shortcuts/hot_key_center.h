@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "platform/hot_keys.h"
-#include "platform/notification_center.h"
-#include "platform/registration.h"
-#include "shortcuts/hot_key.h"
+#include "common/base/registration.h"
+#include "core/ports/hot_keys.h"
+#include "core/ports/notification_center.h"
+#include "core/shortcuts/hot_key.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -5,16 +5,16 @@
 #include <variant>
 #include <vector>
 
-#include "platform/defaults_store.h"
-#include "platform/hot_keys.h"
-#include "platform/keyboard_layout.h"
-#include "platform/main_loop.h"
-#include "platform/notification_center.h"
-#include "platform/registration.h"
-#include "platform/system_shortcuts.h"
-#include "shortcuts/event_stream.h"
-#include "shortcuts/name.h"
-#include "shortcuts/shortcut.h"
+#include "common/base/registration.h"
+#include "core/ports/defaults_store.h"
+#include "core/ports/hot_keys.h"
+#include "core/ports/keyboard_layout.h"
+#include "core/ports/main_loop.h"
+#include "core/ports/notification_center.h"
+#include "core/ports/system_shortcuts.h"
+#include "core/shortcuts/event_stream.h"
+#include "core/shortcuts/name.h"
+#include "core/shortcuts/shortcut.h"
 
 // Shortcuts that work whatever has the keyboard focus: named slots whose keys the user chooses,
 // kept in the settings store, and actions for them. One for the whole process; main thread only: a

@@ -1,9 +1,9 @@
-#include "shortcuts/localized.h"
+#include "core/shortcuts/localized.h"
 
 #include <map>
 
-#include "platform/translatable.h"
-#include "shortcuts/module.h"
+#include "core/ports/translatable.h"
+#include "core/shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

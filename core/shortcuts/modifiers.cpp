@@ -1,4 +1,4 @@
-#include "shortcuts/modifiers.h"
+#include "core/shortcuts/modifiers.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

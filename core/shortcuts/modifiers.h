@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/key_event.h"
+#include "core/ports/key_event.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

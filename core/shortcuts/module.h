@@ -8,8 +8,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "shortcuts/hot_key_center.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "core/shortcuts/hot_key_center.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
 
 // The module's inside.
 namespace tarnwick::KeyboardShortcuts {

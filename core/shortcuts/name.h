@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "shortcuts/shortcut.h"
+#include "core/shortcuts/shortcut.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -1,10 +1,10 @@
-#include "shortcuts/recorder.h"
+#include "core/shortcuts/recorder.h"
 
 #include <utility>
 
-#include "shortcuts/localized.h"
-#include "shortcuts/module.h"
-#include "shortcuts/special_key.h"
+#include "core/shortcuts/localized.h"
+#include "core/shortcuts/module.h"
+#include "core/shortcuts/special_key.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <variant>
 
-#include "platform/alert.h"
-#include "platform/geometry.h"
-#include "shortcuts/conflicts.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "common/base/geometry.h"
+#include "core/ports/alert.h"
+#include "core/shortcuts/conflicts.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

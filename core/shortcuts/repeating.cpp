@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "shortcuts/module.h"
+#include "core/shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -1,12 +1,12 @@
-#include "shortcuts/shortcut.h"
+#include "core/shortcuts/shortcut.h"
 
 #include <cstdlib>
 #include <limits>
 #include <nlohmann/json.hpp>
 
-#include "shortcuts/character.h"
-#include "shortcuts/module.h"
-#include "shortcuts/special_key.h"
+#include "core/shortcuts/character.h"
+#include "core/shortcuts/module.h"
+#include "core/shortcuts/special_key.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

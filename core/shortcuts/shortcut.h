@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/key_event.h"
-#include "shortcuts/key.h"
-#include "shortcuts/modifiers.h"
+#include "core/ports/key_event.h"
+#include "core/shortcuts/key.h"
+#include "core/shortcuts/modifiers.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -1,9 +1,9 @@
-#include "shortcuts/special_key.h"
+#include "core/shortcuts/special_key.h"
 
 #include <unordered_map>
 
-#include "shortcuts/character.h"
-#include "shortcuts/localized.h"
+#include "core/shortcuts/character.h"
+#include "core/shortcuts/localized.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "shortcuts/key.h"
+#include "core/shortcuts/key.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

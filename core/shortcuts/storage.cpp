@@ -1,4 +1,4 @@
-#include "shortcuts/module.h"
+#include "core/shortcuts/module.h"
 
 namespace tarnwick::KeyboardShortcuts {
 

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "menubar/proxy_menu.h"
-#include "story_test.h"
+#include "core/menubar/proxy_menu.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

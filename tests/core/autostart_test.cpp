@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "adapters/desktop/autostart_entry.h"
-#include "adapters/desktop/desktop_file.h"
-#include "adapters/desktop/own_program.h"
+#include "common/identity/desktop_file.h"
+#include "common/identity/own_program.h"
 #include "tests/core/temporary_folder.h"
+#include "utility/session/autostart_entry.h"
 
 namespace tarnwick::desktop {
 namespace {

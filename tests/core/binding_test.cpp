@@ -1,6 +1,6 @@
 #include <chrono>
 
-#include "story_test.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

@@ -3,10 +3,10 @@
 #include <chrono>
 #include <initializer_list>
 
-#include "capture/bitmap_analysis.h"
-#include "capture/status_icon_capturer.h"
-#include "fake_capture.h"
-#include "fake_main_loop.h"
+#include "core/capture/bitmap_analysis.h"
+#include "core/capture/status_icon_capturer.h"
+#include "tests/core/fake_capture.h"
+#include "tests/core/fake_main_loop.h"
 
 namespace tarnwick {
 namespace {

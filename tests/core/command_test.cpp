@@ -1,8 +1,8 @@
-#include "adapters/desktop/command.h"
+#include "common/identity/command.h"
 
 #include <gtest/gtest.h>
 
-#include "adapters/desktop/wrapper_script.h"
+#include "common/identity/wrapper_script.h"
 
 namespace tarnwick::desktop {
 namespace {

@@ -1,4 +1,4 @@
-#include "adapters/desktop/defaults_file.h"
+#include "utility/session/defaults_file.h"
 
 #include <gtest/gtest.h>
 #include <poll.h>

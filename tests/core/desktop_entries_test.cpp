@@ -1,4 +1,4 @@
-#include "adapters/desktop/session_processes.h"
+#include "common/identity/session_processes.h"
 #include "tests/core/fake_processes.h"
 
 namespace tarnwick::desktop {

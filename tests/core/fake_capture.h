@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/callback_list.h"
-#include "platform/main_loop.h"
-#include "platform/picture_files.h"
-#include "platform/window_capture.h"
+#include "common/base/callback_list.h"
+#include "core/ports/main_loop.h"
+#include "core/ports/picture_files.h"
+#include "core/ports/window_capture.h"
 
 namespace tarnwick::test {
 

@@ -1,4 +1,4 @@
-#include "fake_desktop.h"
+#include "tests/core/fake_desktop.h"
 
 #include <algorithm>
 

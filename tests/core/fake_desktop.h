@@ -7,12 +7,12 @@
 
 #include "bar/row/item_row.h"
 #include "bar/row/row_pointer.h"
-#include "fake_capture.h"
-#include "fake_main_loop.h"
-#include "fake_settings.h"
-#include "panel/panel_view.h"
-#include "platform/callback_list.h"
-#include "platform/desktop.h"
+#include "common/base/callback_list.h"
+#include "core/panel/panel_view.h"
+#include "core/ports/desktop.h"
+#include "tests/core/fake_capture.h"
+#include "tests/core/fake_main_loop.h"
+#include "tests/core/fake_settings.h"
 
 namespace tarnwick::test {
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/callback_list.h"
-#include "platform/hot_keys.h"
-#include "platform/keyboard_layout.h"
+#include "common/base/callback_list.h"
+#include "core/ports/hot_keys.h"
+#include "core/ports/keyboard_layout.h"
 
 namespace tarnwick::test {
 

@@ -1,4 +1,4 @@
-#include "fake_main_loop.h"
+#include "tests/core/fake_main_loop.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/main_loop.h"
+#include "core/ports/main_loop.h"
 
 namespace tarnwick::test {
 

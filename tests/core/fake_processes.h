@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "adapters/desktop/identity.h"
+#include "common/identity/identity.h"
 #include "tests/core/temporary_folder.h"
 
 namespace tarnwick::desktop {

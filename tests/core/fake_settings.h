@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "platform/collation.h"
-#include "platform/login_item.h"
-#include "platform/settings_window.h"
-#include "platform/system_settings.h"
-#include "settings/settings_view.h"
+#include "core/ports/collation.h"
+#include "core/ports/login_item.h"
+#include "core/ports/settings_window.h"
+#include "core/ports/system_settings.h"
+#include "core/settings/settings_view.h"
 
 namespace tarnwick::test {
 

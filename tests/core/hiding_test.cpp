@@ -3,7 +3,7 @@
 #include <chrono>
 #include <sstream>
 
-#include "story_test.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

@@ -1,6 +1,6 @@
-#include "shortcuts/hot_key_center.h"
+#include "core/shortcuts/hot_key_center.h"
 
-#include "shortcuts_test.h"
+#include "tests/core/shortcuts_test.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "adapters/desktop/json_file.h"
+#include "common/files/json_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

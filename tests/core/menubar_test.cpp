@@ -2,9 +2,9 @@
 
 #include <chrono>
 
-#include "fake_desktop.h"
-#include "menubar/item_mover.h"
-#include "menubar/menu_bar_scanner.h"
+#include "core/menubar/item_mover.h"
+#include "core/menubar/menu_bar_scanner.h"
+#include "tests/core/fake_desktop.h"
 
 namespace tarnwick {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "settings/hiding_choice.h"
-#include "story_test.h"
+#include "core/settings/hiding_choice.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

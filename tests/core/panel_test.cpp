@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "panel/panel_section.h"
-#include "story_test.h"
+#include "core/panel/panel_section.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

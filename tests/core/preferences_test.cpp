@@ -1,8 +1,8 @@
-#include "prefs/preferences.h"
+#include "core/prefs/preferences.h"
 
 #include <gtest/gtest.h>
 
-#include "fake_desktop.h"
+#include "tests/core/fake_desktop.h"
 
 namespace tarnwick {
 namespace {

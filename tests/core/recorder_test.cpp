@@ -1,6 +1,6 @@
-#include "shortcuts/recorder.h"
+#include "core/shortcuts/recorder.h"
 
-#include "shortcuts_test.h"
+#include "tests/core/shortcuts_test.h"
 
 namespace tarnwick::test {
 namespace {

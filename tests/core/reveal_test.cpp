@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "story_test.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick {
 namespace {

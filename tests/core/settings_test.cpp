@@ -1,10 +1,10 @@
-#include "settings/settings_texts.h"
-#include "settings/settings_view.h"
+#include "core/settings/settings_texts.h"
+#include "core/settings/settings_view.h"
 
 #include <chrono>
 #include <sstream>
 
-#include "story_test.h"
+#include "tests/core/story_test.h"
 
 namespace tarnwick::test {
 namespace {

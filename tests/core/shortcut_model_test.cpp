@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "shortcuts/character.h"
-#include "shortcuts/special_key.h"
-#include "shortcuts_test.h"
+#include "core/shortcuts/character.h"
+#include "core/shortcuts/special_key.h"
+#include "tests/core/shortcuts_test.h"
 
 namespace tarnwick::test {
 namespace {

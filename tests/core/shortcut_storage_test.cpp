@@ -1,8 +1,8 @@
 #include <thread>
 
-#include "adapters/desktop/defaults_file.h"
-#include "shortcuts_test.h"
-#include "temporary_folder.h"
+#include "tests/core/shortcuts_test.h"
+#include "tests/core/temporary_folder.h"
+#include "utility/session/defaults_file.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,6 +1,6 @@
 #include <chrono>
 
-#include "shortcuts_test.h"
+#include "tests/core/shortcuts_test.h"
 
 namespace tarnwick::test {
 namespace {

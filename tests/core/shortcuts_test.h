@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "fake_desktop.h"
-#include "fake_keyboard.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
+#include "tests/core/fake_desktop.h"
+#include "tests/core/fake_keyboard.h"
 
 namespace tarnwick::test {
 

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "app/app_delegate.h"
-#include "capture/status_icon_capturer.h"
-#include "fake_desktop.h"
-#include "fake_keyboard.h"
-#include "hiding/app_state.h"
-#include "hiding/menu_bar_controller.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "core/app/app_delegate.h"
+#include "core/capture/status_icon_capturer.h"
+#include "core/hiding/app_state.h"
+#include "core/hiding/menu_bar_controller.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
+#include "tests/core/fake_desktop.h"
+#include "tests/core/fake_keyboard.h"
 
 namespace tarnwick::test {
 

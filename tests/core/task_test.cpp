@@ -1,4 +1,4 @@
-#include "platform/task.h"
+#include "core/ports/task.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "fake_main_loop.h"
+#include "tests/core/fake_main_loop.h"
 
 namespace tarnwick {
 namespace {

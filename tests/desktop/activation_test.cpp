@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "adapters/bar/bar_status_bar.h"
-#include "adapters/qt/qt_main_loop.h"
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/status_desktop_test.h"
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/accessible_tree.h"
+#include "harness/status_desktop_test.h"
+#include "harness/x_screen.h"
+#include "utility/bar_client/bar_status_bar.h"
+#include "utility/loop/qt_main_loop.h"
 
 namespace tarnwick::test {
 namespace {

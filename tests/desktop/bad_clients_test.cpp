@@ -1,4 +1,4 @@
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

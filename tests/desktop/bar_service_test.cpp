@@ -3,7 +3,7 @@
 #include <QSizeF>
 #include <limits>
 
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

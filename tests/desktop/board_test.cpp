@@ -1,12 +1,12 @@
-#include "bar/board.h"
+#include "bar/board/board.h"
 
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 #include <filesystem>
 
-#include "bar/position_store.h"
-#include "tests/desktop/harness/wait.h"
+#include "bar/board/position_store.h"
+#include "harness/wait.h"
 
 namespace tarnwick::bar {
 namespace {

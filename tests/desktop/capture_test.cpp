@@ -2,9 +2,9 @@
 #include <QFileInfo>
 #include <QImage>
 
-#include "adapters/qt/png_files.h"
-#include "capture/bitmap_analysis.h"
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "core/capture/bitmap_analysis.h"
+#include "harness/status_desktop_test.h"
+#include "utility/pictures/png_files.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,11 +1,11 @@
-#include "bar/clock.h"
+#include "bar/window/clock.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
 #include <QLocale>
 
-#include "tests/desktop/harness/desktop_test.h"
+#include "harness/desktop_test.h"
 
 namespace tarnwick::bar {
 namespace {

@@ -15,8 +15,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/desktop/fake_sni_menu.h"
-#include "tests/desktop/fake_sni_options.h"
+#include "harness/fake_sni_menu.h"
+#include "harness/fake_sni_options.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/focus_follower.h"
+#include "utility/settings/focus_follower.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
-#include "tests/desktop/harness/wait.h"
+#include "harness/wait.h"
 
 namespace tarnwick::test {
 namespace {

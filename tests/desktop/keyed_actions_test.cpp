@@ -1,4 +1,4 @@
-#include "adapters/qt/keyed_actions.h"
+#include "utility/settings/keyed_actions.h"
 
 #include <gtest/gtest.h>
 

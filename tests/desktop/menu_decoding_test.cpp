@@ -4,10 +4,10 @@
 #include <QDBusVariant>
 #include <QStringList>
 
-#include "dbusmenu/chosen_entry.h"
-#include "dbusmenu/layout_parser.h"
-#include "tests/desktop/fake_sni_menu.h"
-#include "tests/desktop/harness/wire_value.h"
+#include "common/menus/client/chosen_entry.h"
+#include "common/menus/client/layout_parser.h"
+#include "harness/fake_sni_menu.h"
+#include "harness/wire_value.h"
 
 namespace tarnwick::test {
 namespace {

@@ -2,11 +2,11 @@
 #include <chrono>
 #include <csignal>
 
-#include "adapters/bar/bar_connection.h"
-#include "adapters/bar/bar_snapshots.h"
-#include "adapters/bar/bar_status_bar.h"
-#include "adapters/qt/qt_main_loop.h"
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
+#include "utility/bar_client/bar_connection.h"
+#include "utility/bar_client/bar_snapshots.h"
+#include "utility/bar_client/bar_status_bar.h"
+#include "utility/loop/qt_main_loop.h"
 
 namespace tarnwick::test {
 namespace {

@@ -6,10 +6,10 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/panel_content.h"
-#include "adapters/qt/qt_panel_window.h"
-#include "look/tool_tip.h"
+#include "common/look/tool_tip.h"
+#include "utility/panel/panel_content.h"
+#include "utility/panel/qt_panel_window.h"
+#include "utility/settings/form_controls.h"
 
 namespace tarnwick {
 namespace {

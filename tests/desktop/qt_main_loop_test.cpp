@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_main_loop.h"
+#include "utility/loop/qt_main_loop.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/task.h"
+#include "core/ports/task.h"
 
 namespace tarnwick {
 namespace {

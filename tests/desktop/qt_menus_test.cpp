@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_menus.h"
+#include "utility/menus/qt_menus.h"
 
 #include <gtest/gtest.h>
 
@@ -10,10 +10,10 @@
 #include <QToolTip>
 #include <map>
 
-#include "adapters/qt/panel_content.h"
-#include "adapters/qt/qt_main_loop.h"
-#include "platform/callback_list.h"
-#include "tests/desktop/harness/wait.h"
+#include "common/base/callback_list.h"
+#include "harness/wait.h"
+#include "utility/loop/qt_main_loop.h"
+#include "utility/panel/panel_content.h"
 
 namespace tarnwick::test {
 namespace {

@@ -3,9 +3,9 @@
 #include <functional>
 #include <memory>
 
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/status_desktop_test.h"
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/accessible_tree.h"
+#include "harness/status_desktop_test.h"
+#include "harness/x_screen.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,6 +1,6 @@
 #include <signal.h>
 
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

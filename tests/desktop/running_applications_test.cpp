@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "look/application_icon.h"
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "common/look/application_icon.h"
+#include "harness/accessible_tree.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

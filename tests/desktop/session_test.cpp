@@ -2,7 +2,7 @@
 #include <QDBusMetaType>
 #include <QFile>
 
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/accessible_tree.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

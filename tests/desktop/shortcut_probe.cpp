@@ -18,17 +18,17 @@
 #include <string>
 #include <vector>
 
-#include "adapters/desktop/defaults_file.h"
-#include "adapters/qt/menu_tracking.h"
-#include "adapters/qt/qt_main_loop.h"
-#include "adapters/shortcuts/desktop_shortcuts.h"
-#include "adapters/x11/key_grabs.h"
-#include "adapters/x11/keyboard_changes.h"
-#include "adapters/x11/server.h"
-#include "adapters/x11/xkb.h"
-#include "adapters/x11/xkb_layout.h"
-#include "shortcuts/character.h"
-#include "shortcuts/keyboard_shortcuts.h"
+#include "common/x11/server.h"
+#include "common/x11/xkb.h"
+#include "core/shortcuts/character.h"
+#include "core/shortcuts/keyboard_shortcuts.h"
+#include "utility/desktop_shortcuts/desktop_shortcuts.h"
+#include "utility/loop/qt_main_loop.h"
+#include "utility/menus/menu_tracking.h"
+#include "utility/session/defaults_file.h"
+#include "utility/x11/key_grabs.h"
+#include "utility/x11/keyboard_changes.h"
+#include "utility/x11/xkb_layout.h"
 
 namespace {
 

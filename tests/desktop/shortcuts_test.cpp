@@ -1,7 +1,7 @@
 #include <QRect>
 #include <chrono>
 
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

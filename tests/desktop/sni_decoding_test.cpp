@@ -7,8 +7,8 @@
 
 #include "bar/sni/pixmap_choice.h"
 #include "bar/sni/sni_properties.h"
-#include "tests/desktop/fake_sni_options.h"
-#include "tests/desktop/harness/wire_value.h"
+#include "harness/fake_sni_options.h"
+#include "harness/wire_value.h"
 
 namespace tarnwick::bar {
 namespace {

@@ -1,6 +1,6 @@
 #include <QFile>
 
-#include "tests/desktop/harness/desktop_test.h"
+#include "harness/desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

@@ -3,9 +3,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "adapters/shortcuts/combination.h"
-#include "adapters/shortcuts/running_desktop.h"
-#include "tests/desktop/harness/desktop_test.h"
+#include "harness/desktop_test.h"
+#include "utility/desktop_shortcuts/combination.h"
+#include "utility/desktop_shortcuts/running_desktop.h"
 
 namespace tarnwick::shortcuts {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "bar/tool_tip_text.h"
-#include "tests/desktop/harness/desktop_test.h"
+#include "bar/window/tool_tip_text.h"
+#include "harness/desktop_test.h"
 
 namespace tarnwick::bar {
 namespace {

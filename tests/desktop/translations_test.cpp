@@ -3,8 +3,8 @@
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 
-#include "tests/desktop/harness/accessible_tree.h"
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/accessible_tree.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,7 +1,7 @@
 #include <QSettings>
 
-#include "tests/desktop/harness/status_desktop_test.h"
-#include "tests/desktop/harness/x_screen.h"
+#include "harness/status_desktop_test.h"
+#include "harness/x_screen.h"
 
 namespace tarnwick::test {
 namespace {

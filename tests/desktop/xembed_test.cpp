@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "tests/desktop/harness/status_desktop_test.h"
+#include "harness/status_desktop_test.h"
 
 namespace tarnwick::test {
 namespace {

@@ -1,9 +1,9 @@
-#include "adapters/bar/bar_accessibility.h"
+#include "utility/bar_client/bar_accessibility.h"
 
 #include <string>
 #include <utility>
 
-#include "adapters/bar/bar_protocol.h"
+#include "common/barprotocol/bar_protocol.h"
 
 namespace tarnwick {
 

@@ -5,11 +5,11 @@
 #include <functional>
 #include <optional>
 
-#include "adapters/bar/bar_connection.h"
-#include "adapters/bar/bar_snapshots.h"
-#include "adapters/bar/item_menus.h"
-#include "platform/accessibility.h"
-#include "platform/registration.h"
+#include "common/base/registration.h"
+#include "core/ports/accessibility.h"
+#include "utility/bar_client/bar_connection.h"
+#include "utility/bar_client/bar_snapshots.h"
+#include "utility/bar_client/item_menus.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_connection.h"
+#include "utility/bar_client/bar_connection.h"
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
@@ -11,7 +11,7 @@
 #include <cmath>
 #include <utility>
 
-#include "adapters/bar/bar_protocol.h"
+#include "common/barprotocol/bar_protocol.h"
 
 namespace tarnwick {
 

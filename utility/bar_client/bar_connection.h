@@ -11,9 +11,9 @@
 #include <optional>
 #include <vector>
 
-#include "adapters/bar/bar_items.h"
-#include "adapters/bar/bar_launcher.h"
-#include "platform/main_loop.h"
+#include "common/barprotocol/bar_items.h"
+#include "core/ports/main_loop.h"
+#include "utility/bar_client/bar_launcher.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_launcher.h"
+#include "utility/bar_client/bar_launcher.h"
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -14,7 +14,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "adapters/bar/bar_protocol.h"
+#include "common/barprotocol/bar_protocol.h"
 
 namespace tarnwick {
 

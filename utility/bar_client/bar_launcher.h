@@ -4,8 +4,8 @@
 #include <QObject>
 #include <optional>
 
-#include "adapters/desktop/file.h"
-#include "platform/main_loop.h"
+#include "common/files/file.h"
+#include "core/ports/main_loop.h"
 
 namespace tarnwick {
 

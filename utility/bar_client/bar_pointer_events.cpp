@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_pointer_events.h"
+#include "utility/bar_client/bar_pointer_events.h"
 
 #include <QPointF>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "adapters/bar/bar_connection.h"
-#include "platform/pointer_events.h"
+#include "core/ports/pointer_events.h"
+#include "utility/bar_client/bar_connection.h"
 
 namespace tarnwick {
 

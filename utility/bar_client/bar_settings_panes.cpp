@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_settings_panes.h"
+#include "utility/bar_client/bar_settings_panes.h"
 
 namespace tarnwick {
 

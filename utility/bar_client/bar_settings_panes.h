@@ -1,7 +1,7 @@
 #pragma once
 
-#include "adapters/bar/bar_connection.h"
-#include "platform/system_settings.h"
+#include "core/ports/system_settings.h"
+#include "utility/bar_client/bar_connection.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_snapshots.h"
+#include "utility/bar_client/bar_snapshots.h"
 
 #include <algorithm>
 #include <utility>

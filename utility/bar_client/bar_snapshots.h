@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "adapters/bar/bar_connection.h"
-#include "platform/accessibility.h"
+#include "core/ports/accessibility.h"
+#include "utility/bar_client/bar_connection.h"
 
 namespace tarnwick {
 

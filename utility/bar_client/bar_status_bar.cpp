@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_status_bar.h"
+#include "utility/bar_client/bar_status_bar.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -9,7 +9,7 @@
 #include <chrono>
 #include <utility>
 
-#include "adapters/qt/render_drawing.h"
+#include "utility/pictures/render_drawing.h"
 
 namespace tarnwick {
 

@@ -10,10 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "adapters/bar/bar_connection.h"
-#include "adapters/bar/bar_snapshots.h"
-#include "platform/callback_list.h"
-#include "platform/status_bar.h"
+#include "common/base/callback_list.h"
+#include "core/ports/status_bar.h"
+#include "utility/bar_client/bar_connection.h"
+#include "utility/bar_client/bar_snapshots.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/bar_window_capture.h"
+#include "utility/bar_client/bar_window_capture.h"
 
 #include <QByteArray>
 #include <QDBusArgument>
@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "adapters/bar/bar_protocol.h"
+#include "common/barprotocol/bar_protocol.h"
 
 namespace tarnwick {
 

@@ -2,9 +2,9 @@
 
 #include <QObject>
 
-#include "adapters/bar/bar_connection.h"
-#include "platform/callback_list.h"
-#include "platform/window_capture.h"
+#include "common/base/callback_list.h"
+#include "core/ports/window_capture.h"
+#include "utility/bar_client/bar_connection.h"
 
 namespace tarnwick {
 

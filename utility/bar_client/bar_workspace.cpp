@@ -1,11 +1,11 @@
-#include "adapters/bar/bar_workspace.h"
+#include "utility/bar_client/bar_workspace.h"
 
 #include <unistd.h>
 
 #include <QTimer>
 #include <utility>
 
-#include "adapters/desktop/process.h"
+#include "common/identity/process.h"
 
 namespace tarnwick {
 

@@ -12,12 +12,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "adapters/bar/bar_connection.h"
-#include "adapters/bar/bar_snapshots.h"
-#include "adapters/desktop/identity.h"
-#include "adapters/desktop/session_processes.h"
-#include "platform/callback_list.h"
-#include "platform/workspace.h"
+#include "common/base/callback_list.h"
+#include "common/identity/identity.h"
+#include "common/identity/session_processes.h"
+#include "core/ports/workspace.h"
+#include "utility/bar_client/bar_connection.h"
+#include "utility/bar_client/bar_snapshots.h"
 
 namespace tarnwick {
 

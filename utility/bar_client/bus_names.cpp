@@ -1,11 +1,11 @@
-#include "adapters/bar/bus_names.h"
+#include "utility/bar_client/bus_names.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <utility>
 
-#include "adapters/bar/bar_protocol.h"
+#include "common/barprotocol/bar_protocol.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/bar/item_menus.h"
+#include "utility/bar_client/item_menus.h"
 
 #include <QDBusConnection>
 #include <QGuiApplication>
@@ -9,8 +9,8 @@
 #include <chrono>
 #include <utility>
 
-#include "adapters/bar/bar_protocol.h"
-#include "dbusmenu/chosen_entry.h"
+#include "common/barprotocol/bar_protocol.h"
+#include "common/menus/client/chosen_entry.h"
 
 namespace tarnwick {
 

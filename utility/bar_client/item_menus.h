@@ -12,10 +12,10 @@
 #include <optional>
 #include <vector>
 
-#include "adapters/bar/bar_items.h"
-#include "dbusmenu/menu_client.h"
-#include "platform/callback_list.h"
-#include "platform/registration.h"
+#include "common/barprotocol/bar_items.h"
+#include "common/base/callback_list.h"
+#include "common/base/registration.h"
+#include "common/menus/client/menu_client.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/shortcuts/combination.h"
+#include "utility/desktop_shortcuts/combination.h"
 
 #include <QHash>
 #include <QRegularExpression>

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <QXmlStreamReader>
 
-#include "adapters/shortcuts/combination.h"
+#include "utility/desktop_shortcuts/combination.h"
 
 namespace tarnwick::shortcuts {
 

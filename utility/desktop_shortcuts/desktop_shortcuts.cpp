@@ -1,14 +1,14 @@
-#include "adapters/shortcuts/desktop_shortcuts.h"
+#include "utility/desktop_shortcuts/desktop_shortcuts.h"
 
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
 #include <map>
 
-#include "adapters/shortcuts/running_desktop.h"
-#include "adapters/x11/key_codes.h"
-#include "adapters/x11/server.h"
-#include "shortcuts/modifiers.h"
+#include "common/x11/server.h"
+#include "core/shortcuts/modifiers.h"
+#include "utility/desktop_shortcuts/running_desktop.h"
+#include "utility/x11/key_codes.h"
 
 namespace tarnwick::shortcuts {
 

@@ -7,9 +7,9 @@
 #include <functional>
 #include <memory>
 
-#include "adapters/shortcuts/combination.h"
-#include "adapters/x11/key_grabs.h"
-#include "platform/system_shortcuts.h"
+#include "core/ports/system_shortcuts.h"
+#include "utility/desktop_shortcuts/combination.h"
+#include "utility/x11/key_grabs.h"
 
 namespace tarnwick::shortcuts {
 

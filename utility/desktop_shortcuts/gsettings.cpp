@@ -1,4 +1,4 @@
-#include "adapters/shortcuts/gsettings.h"
+#include "utility/desktop_shortcuts/gsettings.h"
 
 #include <QDeadlineTimer>
 #include <QProcess>

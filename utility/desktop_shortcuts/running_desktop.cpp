@@ -1,4 +1,4 @@
-#include "adapters/shortcuts/running_desktop.h"
+#include "utility/desktop_shortcuts/running_desktop.h"
 
 #include <wordexp.h>
 
@@ -7,8 +7,8 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 
-#include "adapters/desktop/file.h"
-#include "adapters/shortcuts/gsettings.h"
+#include "common/files/file.h"
+#include "utility/desktop_shortcuts/gsettings.h"
 
 namespace tarnwick::shortcuts {
 

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <atomic>
 
-#include "adapters/shortcuts/combination.h"
+#include "utility/desktop_shortcuts/combination.h"
 
 namespace tarnwick::shortcuts {
 

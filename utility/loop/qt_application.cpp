@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_application.h"
+#include "utility/loop/qt_application.h"
 
 #include <QGuiApplication>
 

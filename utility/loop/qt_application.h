@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "platform/application.h"
+#include "core/ports/application.h"
 
 namespace tarnwick {
 

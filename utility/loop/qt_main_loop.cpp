@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_main_loop.h"
+#include "utility/loop/qt_main_loop.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -7,8 +7,8 @@
 #include <functional>
 #include <memory>
 
-#include "adapters/qt/timer_queue.h"
-#include "platform/main_loop.h"
+#include "core/ports/main_loop.h"
+#include "utility/loop/timer_queue.h"
 
 namespace tarnwick {
 

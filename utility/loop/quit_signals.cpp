@@ -1,4 +1,4 @@
-#include "adapters/qt/quit_signals.h"
+#include "utility/loop/quit_signals.h"
 
 #include <fcntl.h>
 #include <unistd.h>

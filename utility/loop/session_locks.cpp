@@ -1,4 +1,4 @@
-#include "adapters/qt/session_locks.h"
+#include "utility/loop/session_locks.h"
 
 #include <utility>
 

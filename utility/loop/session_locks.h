@@ -3,7 +3,7 @@
 #include <QDBusConnection>
 #include <QObject>
 
-#include "platform/callback_list.h"
+#include "common/base/callback_list.h"
 
 namespace tarnwick {
 

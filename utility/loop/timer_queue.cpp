@@ -1,4 +1,4 @@
-#include "adapters/qt/timer_queue.h"
+#include "utility/loop/timer_queue.h"
 
 #include <sys/timerfd.h>
 #include <unistd.h>

@@ -6,8 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include "adapters/desktop/file.h"
-#include "platform/main_loop.h"
+#include "common/files/file.h"
+#include "core/ports/main_loop.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/menu_tracking.h"
+#include "utility/menus/menu_tracking.h"
 
 #include <QCoreApplication>
 #include <QEvent>

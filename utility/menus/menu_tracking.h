@@ -3,7 +3,7 @@
 #include <QObject>
 #include <set>
 
-#include "platform/notification_center.h"
+#include "core/ports/notification_center.h"
 
 namespace tarnwick {
 

@@ -1,14 +1,14 @@
-#include "adapters/qt/qt_menus.h"
+#include "utility/menus/qt_menus.h"
 
 #include <QAction>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
 
-#include "adapters/qt/type_ahead_menu.h"
-#include "dbusmenu/menu_style.h"
-#include "dbusmenu/opening_press.h"
-#include "dbusmenu/popup_grab.h"
+#include "common/menus/view/menu_style.h"
+#include "common/menus/view/opening_press.h"
+#include "common/menus/view/popup_grab.h"
+#include "utility/menus/type_ahead_menu.h"
 
 namespace tarnwick {
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <utility>
 
-#include "platform/event_monitors.h"
-#include "platform/main_loop.h"
-#include "platform/menus.h"
+#include "core/ports/event_monitors.h"
+#include "core/ports/main_loop.h"
+#include "core/ports/menus.h"
 
 namespace tarnwick {
 

@@ -1,10 +1,10 @@
-#include "adapters/qt/type_ahead_menu.h"
+#include "utility/menus/type_ahead_menu.h"
 
 #include <QAction>
 #include <QKeyEvent>
 #include <algorithm>
 
-#include "look/tool_tip.h"
+#include "common/look/tool_tip.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/panel_content.h"
+#include "utility/panel/panel_content.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "adapters/qt/theme_icon.h"
-#include "look/tool_tip.h"
+#include "common/look/tool_tip.h"
+#include "utility/pictures/theme_icon.h"
 
 namespace tarnwick {
 

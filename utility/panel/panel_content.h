@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "panel/panel_view.h"
+#include "core/panel/panel_view.h"
 
 class QLabel;
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_panel_window.h"
+#include "utility/panel/qt_panel_window.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -7,8 +7,8 @@
 #include <QScrollBar>
 #include <cmath>
 
-#include "adapters/qt/panel_content.h"
-#include "adapters/qt/slim_scroll_bar.h"
+#include "utility/panel/panel_content.h"
+#include "utility/style/slim_scroll_bar.h"
 
 namespace tarnwick {
 

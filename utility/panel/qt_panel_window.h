@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/panel_window.h"
+#include "core/ports/panel_window.h"
 
 namespace tarnwick {
 

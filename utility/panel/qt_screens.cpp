@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_screens.h"
+#include "utility/panel/qt_screens.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/screens.h"
+#include "core/ports/screens.h"
 
 class QScreen;
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/png_files.h"
+#include "utility/pictures/png_files.h"
 
 #include <QFile>
 #include <QFileInfo>

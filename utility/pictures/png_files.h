@@ -3,7 +3,7 @@
 #include <QString>
 #include <filesystem>
 
-#include "platform/picture_files.h"
+#include "core/ports/picture_files.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/render_drawing.h"
+#include "utility/pictures/render_drawing.h"
 
 #include <QLinearGradient>
 #include <QPainter>

@@ -2,7 +2,7 @@
 
 #include <QImage>
 
-#include "platform/drawing.h"
+#include "core/ports/drawing.h"
 
 namespace tarnwick {
 

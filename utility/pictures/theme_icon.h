@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-#include "look/application_icon.h"
-#include "platform/workspace.h"
+#include "common/look/application_icon.h"
+#include "core/ports/workspace.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "app/application_service.h"
+#include "utility/service/application_service.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "prefs/preferences.h"
-#include "settings/hiding_choice.h"
+#include "core/prefs/preferences.h"
+#include "core/settings/hiding_choice.h"
 
 namespace tarnwick {
 

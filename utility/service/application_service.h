@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "app/app_delegate.h"
-#include "platform/desktop.h"
+#include "core/app/app_delegate.h"
+#include "core/ports/desktop.h"
 
 namespace tarnwick {
 

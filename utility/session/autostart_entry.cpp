@@ -1,4 +1,4 @@
-#include "adapters/desktop/autostart_entry.h"
+#include "utility/session/autostart_entry.h"
 
 #include <unistd.h>
 
@@ -10,10 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "adapters/desktop/desktop_file.h"
-#include "adapters/desktop/file.h"
-#include "adapters/desktop/json_file.h"
-#include "adapters/desktop/own_program.h"
+#include "common/files/file.h"
+#include "common/files/json_file.h"
+#include "common/identity/desktop_file.h"
+#include "common/identity/own_program.h"
 
 namespace tarnwick::desktop {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/login_item.h"
+#include "core/ports/login_item.h"
 
 namespace tarnwick::desktop {
 

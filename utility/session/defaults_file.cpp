@@ -1,11 +1,11 @@
-#include "adapters/desktop/defaults_file.h"
+#include "utility/session/defaults_file.h"
 
 #include <sys/stat.h>
 
 #include <ctime>
 #include <utility>
 
-#include "adapters/desktop/base64.h"
+#include "common/files/base64.h"
 
 namespace tarnwick::desktop {
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "adapters/desktop/file_watch.h"
-#include "adapters/desktop/json_file.h"
-#include "platform/callback_list.h"
-#include "platform/defaults_store.h"
+#include "common/base/callback_list.h"
+#include "common/files/file_watch.h"
+#include "common/files/json_file.h"
+#include "core/ports/defaults_store.h"
 
 namespace tarnwick::desktop {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/alert_box.h"
+#include "utility/settings/alert_box.h"
 
 #include <QAccessible>
 #include <QDialog>
@@ -7,10 +7,10 @@
 #include <QPointer>
 #include <utility>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/form_section.h"
-#include "adapters/qt/warning_triangle.h"
-#include "shortcuts/localized.h"
+#include "core/shortcuts/localized.h"
+#include "utility/settings/form_controls.h"
+#include "utility/settings/form_section.h"
+#include "utility/style/warning_triangle.h"
 
 namespace tarnwick {
 

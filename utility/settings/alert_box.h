@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "platform/alert.h"
-#include "platform/registration.h"
+#include "common/base/registration.h"
+#include "core/ports/alert.h"
 
 class QWidget;
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/focus_follower.h"
+#include "utility/settings/focus_follower.h"
 
 #include <QApplication>
 #include <QEvent>

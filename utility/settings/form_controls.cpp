@@ -1,4 +1,4 @@
-#include "adapters/qt/form_controls.h"
+#include "utility/settings/form_controls.h"
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
@@ -8,9 +8,9 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "adapters/qt/form_painting.h"
-#include "adapters/qt/theme_icon.h"
-#include "adapters/qt/tones.h"
+#include "utility/pictures/theme_icon.h"
+#include "utility/style/form_painting.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

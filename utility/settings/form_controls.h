@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <optional>
 
-#include "platform/workspace.h"
+#include "core/ports/workspace.h"
 
 namespace tarnwick {
 

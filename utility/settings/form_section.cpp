@@ -1,12 +1,12 @@
-#include "adapters/qt/form_section.h"
+#include "utility/settings/form_section.h"
 
 #include <QHBoxLayout>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QStyle>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/tones.h"
+#include "utility/settings/form_controls.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

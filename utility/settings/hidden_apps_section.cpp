@@ -1,10 +1,10 @@
-#include "adapters/qt/hidden_apps_section.h"
+#include "utility/settings/hidden_apps_section.h"
 
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <utility>
-#include "look/tool_tip.h"
+#include "common/look/tool_tip.h"
 
 namespace tarnwick {
 

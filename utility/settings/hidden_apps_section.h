@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/form_section.h"
-#include "settings/settings_view.h"
+#include "core/settings/settings_view.h"
+#include "utility/settings/form_controls.h"
+#include "utility/settings/form_section.h"
 
 namespace tarnwick {
 

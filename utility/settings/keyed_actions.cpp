@@ -1,11 +1,11 @@
-#include "adapters/qt/keyed_actions.h"
+#include "utility/settings/keyed_actions.h"
 
 #include <QAction>
 #include <QMenu>
 #include <map>
 #include <optional>
 
-#include "shortcuts/special_key.h"
+#include "core/shortcuts/special_key.h"
 
 namespace tarnwick {
 

@@ -2,7 +2,7 @@
 
 #include <QList>
 
-#include "platform/main_menu.h"
+#include "core/ports/main_menu.h"
 
 class QAction;
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_collation.h"
+#include "utility/settings/qt_collation.h"
 
 #include <QLocale>
 #include <QString>

@@ -2,7 +2,7 @@
 
 #include <QCollator>
 
-#include "platform/collation.h"
+#include "core/ports/collation.h"
 
 namespace tarnwick {
 

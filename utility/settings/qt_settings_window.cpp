@@ -1,4 +1,4 @@
-#include "adapters/qt/qt_settings_window.h"
+#include "utility/settings/qt_settings_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -15,10 +15,10 @@
 #include <functional>
 #include <optional>
 
-#include "adapters/qt/focus_follower.h"
-#include "adapters/qt/qt_application.h"
-#include "adapters/qt/slim_scroll_bar.h"
-#include "adapters/qt/tones.h"
+#include "utility/loop/qt_application.h"
+#include "utility/settings/focus_follower.h"
+#include "utility/style/slim_scroll_bar.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

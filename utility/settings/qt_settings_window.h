@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
-#include "adapters/qt/settings_form.h"
-#include "platform/settings_window.h"
+#include "core/ports/settings_window.h"
+#include "utility/settings/settings_form.h"
 
 namespace tarnwick {
 

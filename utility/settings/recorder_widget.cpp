@@ -1,14 +1,14 @@
-#include "adapters/qt/recorder_widget.h"
+#include "utility/settings/recorder_widget.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <algorithm>
 #include <utility>
 
-#include "adapters/qt/alert_box.h"
-#include "adapters/qt/form_painting.h"
-#include "adapters/qt/keyed_actions.h"
-#include "adapters/qt/tones.h"
+#include "utility/settings/alert_box.h"
+#include "utility/settings/keyed_actions.h"
+#include "utility/style/form_painting.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

@@ -4,9 +4,9 @@
 #include <QMouseEvent>
 #include <QPointer>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/settings_form.h"
-#include "shortcuts/recorder.h"
+#include "core/shortcuts/recorder.h"
+#include "utility/settings/form_controls.h"
+#include "utility/settings/settings_form.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/qt/settings_form.h"
+#include "utility/settings/settings_form.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>
@@ -7,9 +7,9 @@
 #include <iterator>
 #include <utility>
 
-#include "adapters/qt/slim_scroll_bar.h"
-#include "adapters/qt/warning_triangle.h"
-#include "settings/settings_texts.h"
+#include "core/settings/settings_texts.h"
+#include "utility/style/slim_scroll_bar.h"
+#include "utility/style/warning_triangle.h"
 
 namespace tarnwick {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "adapters/qt/form_controls.h"
-#include "adapters/qt/form_section.h"
-#include "adapters/qt/hidden_apps_section.h"
-#include "settings/settings_view.h"
+#include "core/settings/settings_view.h"
+#include "utility/settings/form_controls.h"
+#include "utility/settings/form_section.h"
+#include "utility/settings/hidden_apps_section.h"
 
 namespace tarnwick {
 

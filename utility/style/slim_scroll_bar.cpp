@@ -1,10 +1,10 @@
-#include "adapters/qt/slim_scroll_bar.h"
+#include "utility/style/slim_scroll_bar.h"
 
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionSlider>
 
-#include "adapters/qt/tones.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

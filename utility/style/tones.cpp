@@ -1,4 +1,4 @@
-#include "adapters/qt/tones.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

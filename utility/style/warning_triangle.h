@@ -3,7 +3,7 @@
 #include <QPainter>
 #include <QWidget>
 
-#include "adapters/qt/tones.h"
+#include "utility/style/tones.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "adapters/x11/client_windows.h"
+#include "utility/x11/client_windows.h"
 
 #include <QCoreApplication>
 #include <QSysInfo>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
 
 namespace tarnwick::x11 {
 

@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "adapters/desktop/identity.h"
+#include "common/identity/identity.h"
 
 namespace tarnwick::x11 {
 

@@ -1,4 +1,4 @@
-#include "adapters/x11/key_codes.h"
+#include "utility/x11/key_codes.h"
 
 #include <algorithm>
 #include <iterator>

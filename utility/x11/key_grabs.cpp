@@ -1,4 +1,4 @@
-#include "adapters/x11/key_grabs.h"
+#include "utility/x11/key_grabs.h"
 
 #include <xcb/xinput.h>
 
@@ -7,9 +7,9 @@
 #include <chrono>
 #include <utility>
 
-#include "adapters/x11/key_codes.h"
-#include "adapters/x11/server.h"
-#include "adapters/x11/xkb.h"
+#include "common/x11/server.h"
+#include "common/x11/xkb.h"
+#include "utility/x11/key_codes.h"
 
 namespace tarnwick::x11 {
 

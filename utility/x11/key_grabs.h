@@ -9,9 +9,9 @@
 #include <optional>
 #include <vector>
 
-#include "adapters/x11/keyboard_changes.h"
-#include "adapters/x11/modifier_masks.h"
-#include "platform/hot_keys.h"
+#include "core/ports/hot_keys.h"
+#include "utility/x11/keyboard_changes.h"
+#include "utility/x11/modifier_masks.h"
 
 namespace tarnwick::x11 {
 

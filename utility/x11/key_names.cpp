@@ -1,4 +1,4 @@
-#include "adapters/x11/key_names.h"
+#include "utility/x11/key_names.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon.h>
@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 #include <QString>
 
-#include "platform/translatable.h"
+#include "core/ports/translatable.h"
 
 namespace tarnwick::x11 {
 

@@ -1,10 +1,10 @@
-#include "adapters/x11/keyboard_changes.h"
+#include "utility/x11/keyboard_changes.h"
 
 #include <QCoreApplication>
 #include <chrono>
 
-#include "adapters/x11/server.h"
-#include "adapters/x11/xkb.h"
+#include "common/x11/server.h"
+#include "common/x11/xkb.h"
 
 namespace tarnwick::x11 {
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/callback_list.h"
+#include "common/base/callback_list.h"
 
 namespace tarnwick::x11 {
 

@@ -1,12 +1,12 @@
-#include "adapters/x11/keyboard_grab.h"
+#include "utility/x11/keyboard_grab.h"
 
 #include <QCoreApplication>
 #include <chrono>
 #include <iterator>
 #include <utility>
 
-#include "adapters/x11/key_codes.h"
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
+#include "utility/x11/key_codes.h"
 
 namespace tarnwick::x11 {
 

@@ -8,9 +8,9 @@
 #include <optional>
 #include <set>
 
-#include "adapters/x11/modifier_masks.h"
-#include "platform/key_event.h"
-#include "platform/registration.h"
+#include "common/base/registration.h"
+#include "core/ports/key_event.h"
+#include "utility/x11/modifier_masks.h"
 
 namespace tarnwick::x11 {
 

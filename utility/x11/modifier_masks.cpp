@@ -1,10 +1,10 @@
-#include "adapters/x11/modifier_masks.h"
+#include "utility/x11/modifier_masks.h"
 
 #include <xcb/xcb.h>
 
 #include <algorithm>
 
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
 
 namespace tarnwick::x11 {
 

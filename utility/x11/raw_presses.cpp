@@ -1,4 +1,4 @@
-#include "adapters/x11/raw_presses.h"
+#include "utility/x11/raw_presses.h"
 
 #include <xcb/xinput.h>
 
@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
 
 namespace tarnwick::x11 {
 

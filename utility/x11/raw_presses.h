@@ -3,8 +3,8 @@
 #include <QAbstractNativeEventFilter>
 #include <QPoint>
 
-#include "platform/callback_list.h"
-#include "platform/event_monitors.h"
+#include "common/base/callback_list.h"
+#include "core/ports/event_monitors.h"
 
 namespace tarnwick::x11 {
 

@@ -1,4 +1,4 @@
-#include "adapters/x11/window_effects.h"
+#include "utility/x11/window_effects.h"
 
 #include <xcb/shape.h>
 
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
 
 namespace tarnwick::x11 {
 

@@ -1,4 +1,4 @@
-#include "adapters/x11/windows.h"
+#include "utility/x11/windows.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "adapters/x11/server.h"
+#include "common/x11/server.h"
 
 namespace tarnwick::x11 {
 
@@ -61,11 +61,6 @@ struct Server {
 };
 
 }  // namespace
-
-std::shared_ptr<void> connectToServer() {
-  const std::shared_ptr<xcb_connection_t> connection(xcb_connect(nullptr, nullptr), xcb_disconnect);
-  return xcb_connection_has_error(connection.get()) == 0 ? connection : nullptr;
-}
 
 std::optional<QRect> workArea() {
   const Server* server = Server::get();

@@ -2,14 +2,9 @@
 
 #include <QPoint>
 #include <QRect>
-#include <memory>
 #include <optional>
 
 namespace tarnwick::x11 {
-
-// A connection to the X server that $DISPLAY names; empty when it cannot be reached. To be held
-// until another one is made: some servers start anew when their last client leaves.
-std::shared_ptr<void> connectToServer();
 
 // What docks leave of the root window on the present desktop (_NET_WORKAREA), in device pixels.
 // Absent without a window manager that tells.

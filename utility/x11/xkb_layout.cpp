@@ -1,4 +1,4 @@
-#include "adapters/x11/xkb_layout.h"
+#include "utility/x11/xkb_layout.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -9,10 +9,10 @@
 #include <span>
 #include <utility>
 
-#include "adapters/x11/key_codes.h"
-#include "adapters/x11/key_names.h"
-#include "adapters/x11/server.h"
-#include "adapters/x11/xkb.h"
+#include "common/x11/server.h"
+#include "common/x11/xkb.h"
+#include "utility/x11/key_codes.h"
+#include "utility/x11/key_names.h"
 
 namespace tarnwick::x11 {
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include "adapters/x11/keyboard_changes.h"
-#include "platform/callback_list.h"
-#include "platform/keyboard_layout.h"
+#include "common/base/callback_list.h"
+#include "core/ports/keyboard_layout.h"
+#include "utility/x11/keyboard_changes.h"
 
 struct xkb_context;
 struct xkb_keymap;

@@ -1,4 +1,4 @@
-#include "dbusmenu/chosen_entry.h"
+#include "common/menus/client/chosen_entry.h"
 
 #include <QHash>
 #include <algorithm>

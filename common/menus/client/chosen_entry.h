@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "dbusmenu/menu_types.h"
+#include "common/menus/client/menu_types.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "dbusmenu/layout_parser.h"
+#include "common/menus/client/layout_parser.h"
 
 #include <QDBusVariant>
 #include <utility>

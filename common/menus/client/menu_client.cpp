@@ -1,11 +1,11 @@
-#include "dbusmenu/menu_client.h"
+#include "common/menus/client/menu_client.h"
 
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <utility>
 
-#include "dbusmenu/bus_call.h"
-#include "dbusmenu/layout_parser.h"
+#include "common/bus/bus_call.h"
+#include "common/menus/client/layout_parser.h"
 
 namespace tarnwick {
 

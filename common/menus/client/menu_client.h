@@ -13,7 +13,7 @@
 #include <optional>
 #include <vector>
 
-#include "dbusmenu/menu_types.h"
+#include "common/menus/client/menu_types.h"
 
 namespace tarnwick {
 

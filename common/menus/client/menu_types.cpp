@@ -1,4 +1,4 @@
-#include "dbusmenu/menu_types.h"
+#include "common/menus/client/menu_types.h"
 
 #include <QDBusVariant>
 #include <QKeySequence>

@@ -1,4 +1,4 @@
-#include "dbusmenu/menu_popup.h"
+#include "common/menus/view/menu_popup.h"
 
 #include <malloc.h>
 
@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "dbusmenu/menu_view.h"
+#include "common/menus/view/menu_view.h"
 
 namespace tarnwick {
 

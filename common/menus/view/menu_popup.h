@@ -6,9 +6,9 @@
 #include <QTimer>
 #include <vector>
 
-#include "dbusmenu/menu_client.h"
-#include "dbusmenu/opening_press.h"
-#include "dbusmenu/popup_grab.h"
+#include "common/menus/client/menu_client.h"
+#include "common/menus/view/opening_press.h"
+#include "common/menus/view/popup_grab.h"
 
 class QAction;
 

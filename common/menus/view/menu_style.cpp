@@ -1,4 +1,4 @@
-#include "dbusmenu/menu_style.h"
+#include "common/menus/view/menu_style.h"
 
 #include <QApplication>
 #include <QMenu>

@@ -1,4 +1,4 @@
-#include "dbusmenu/menu_view.h"
+#include "common/menus/view/menu_view.h"
 
 #include <QActionEvent>
 #include <QActionGroup>
@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "dbusmenu/menu_style.h"
-#include "dbusmenu/picture_file.h"
-#include "look/tool_tip.h"
+#include "common/look/picture_file.h"
+#include "common/look/tool_tip.h"
+#include "common/menus/view/menu_style.h"
 
 namespace tarnwick {
 

@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <vector>
 
-#include "dbusmenu/menu_types.h"
+#include "common/menus/client/menu_types.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "dbusmenu/opening_press.h"
+#include "common/menus/view/opening_press.h"
 
 #include <QMenu>
 #include <QMouseEvent>

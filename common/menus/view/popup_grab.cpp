@@ -1,4 +1,4 @@
-#include "dbusmenu/popup_grab.h"
+#include "common/menus/view/popup_grab.h"
 
 #include <QGuiApplication>
 #include <QMenu>

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QVariantMap>
 
-#include "tests/desktop/fake_sni_menu.h"
+#include "harness/fake_sni_menu.h"
 
 namespace fake {
 
