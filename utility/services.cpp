@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
+#include <chrono>
 #include <utility>
 
 #include "common/files/json_file.h"
@@ -9,16 +11,29 @@
 
 namespace tarnwick {
 
+namespace {
+
+// Applications claim their bus name about when they show their item. The pass that follows an
+// appearance comes later than this.
+constexpr auto nameClaimed = std::chrono::seconds(2);
+
+}  // namespace
+
 Services::Services(const QDBusConnection& bus, std::string program)
     : screens_(x11::activeWindowCentre, x11::workArea),
       busNames_(bus, [this] { identities_.sourcesChanged(); }),
       bar_(loop_, bus),
       workspace_(bar_, snapshots_, identities_, application_.bundleIdentifier(),
-                 [this] { return clientWindows_.processes(); }),
+                 [this] {
+                   busNames_.refresh();  // for the next look at the same processes
+                   return clientWindows_.processes();
+                 }),
       pictures_(desktop::dataHome() / "Tarnwick" / "iconcache-2x"),
       presses_([this](QPoint rootPixels) { return isOurItem(rootPixels); }),
       locks_(bus),
       loginItem_(QtApplication::identifier, std::move(program)) {
+  QObject::connect(&bar_, &BarConnection::applicationAppeared, &busNames_,
+                   [this] { QTimer::singleShot(nameClaimed, &busNames_, &BusNames::refresh); });
   QObject::connect(&defaultsNotifier_, &QSocketNotifier::activated,
                    [this] { defaults_.checkForChange(); });
 }

@@ -1,8 +1,12 @@
 #include "utility/bar_client/bus_names.h"
 
+#include <signal.h>
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "common/barprotocol/bar_protocol.h"
@@ -11,29 +15,70 @@ namespace tarnwick {
 
 namespace {
 
-constexpr int daemonDeadline = 5000;  // milliseconds
-constexpr std::size_t mostNames = 1000;
+constexpr int daemonDeadline = 5000;   // milliseconds
+constexpr qsizetype mostNames = 2000;  // unique ones among them
 
 QDBusMessage daemonCall(const QString& method) {
   return QDBusMessage::createMethodCall(dbus::daemonName, dbus::daemonPath, dbus::daemonName,
                                         method);
 }
 
+bool lives(std::int32_t pid) {
+  return kill(pid, 0) == 0 || errno == EPERM;
+}
+
 }  // namespace
 
 BusNames::BusNames(const QDBusConnection& bus, std::function<void()> changed)
     : bus_(bus), changed_(std::move(changed)) {
-  bus_.connect(dbus::daemonName, dbus::daemonPath, dbus::daemonName,
-               QStringLiteral("NameOwnerChanged"), this,
-               SLOT(onOwnerChanged(QString, QString, QString)));
-  auto* const names = new QDBusPendingCallWatcher(
-      bus_.asyncCall(daemonCall(QStringLiteral("ListNames")), daemonDeadline), this);
-  connect(names, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
-    call->deleteLater();
-    const QDBusPendingReply<QStringList> reply = *call;
-    if (reply.isError()) return;
-    for (const QString& name : reply.value()) ask(name);
+  refresh();
+}
+
+void BusNames::refresh() {
+  again_ = true;
+  if (open_ == 0) listNames();
+}
+
+// One round at a time; what is asked for meanwhile is one more.
+void BusNames::listNames() {
+  again_ = false;
+  found_.clear();
+  call(daemonCall(QStringLiteral("ListNames")), [this](const QDBusMessage& answer) {
+    const QDBusPendingReply<QStringList> reply = answer;
+    if (reply.isError()) return void(found_ = owners_);
+    const QStringList names = reply.value();
+    for (const QString& name : names.first(std::min(names.size(), mostNames))) ask(name);
   });
+}
+
+// A name that is still owned is taken to be so by the same process while that lives.
+void BusNames::ask(const QString& name) {
+  if (name.startsWith(u':')) return;
+  if (const auto known = owners_.find(name); known != owners_.end() && lives(known->second)) {
+    found_.insert(*known);
+    return;
+  }
+  auto message = daemonCall(QStringLiteral("GetConnectionUnixProcessID"));
+  message << name;
+  call(message, [this, name](const QDBusMessage& answer) {
+    const QDBusPendingReply<uint> reply = answer;
+    if (!reply.isError()) found_[name] = static_cast<std::int32_t>(reply.value());
+  });
+}
+
+// The last answer of a round ends it.
+void BusNames::call(const QDBusMessage& message,
+                    std::function<void(const QDBusMessage&)> answered) {
+  ++open_;
+  auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, daemonDeadline), this);
+  connect(watcher, &QDBusPendingCallWatcher::finished, this,
+          [this, answered = std::move(answered)](QDBusPendingCallWatcher* done) {
+            done->deleteLater();
+            answered(done->reply());
+            if (--open_ > 0) return;
+            if (std::exchange(owners_, found_) != found_) changed_();
+            if (again_) listNames();
+          });
 }
 
 std::vector<std::string> BusNames::of(std::int32_t pid) const {
@@ -42,35 +87,6 @@ std::vector<std::string> BusNames::of(std::int32_t pid) const {
     if (owner == pid) names.push_back(name.toStdString());
   }
   return names;
-}
-
-void BusNames::onOwnerChanged(const QString& name, const QString&, const QString& now) {
-  if (owners_.erase(name) > 0) changed_();
-  if (!now.isEmpty()) ask(name);
-}
-
-// One question about a name at a time, however often it changes hands.
-void BusNames::ask(const QString& name) {
-  if (name.startsWith(u':')) return;
-  if (const auto asked = asked_.find(name); asked != asked_.end()) {
-    asked->second = true;
-    return;
-  }
-  if (owners_.size() + asked_.size() >= mostNames) return;
-  auto message = daemonCall(QStringLiteral("GetConnectionUnixProcessID"));
-  message << name;
-  asked_.emplace(name, false);
-  auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, daemonDeadline), this);
-  connect(watcher, &QDBusPendingCallWatcher::finished, this,
-          [this, name](QDBusPendingCallWatcher* call) {
-            call->deleteLater();
-            const bool again = asked_.extract(name).mapped();
-            if (again) return ask(name);
-            const QDBusPendingReply<uint> reply = *call;
-            if (reply.isError()) return;
-            owners_[name] = static_cast<std::int32_t>(reply.value());
-            changed_();
-          });
 }
 
 }  // namespace tarnwick

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
 #include <QString>
 #include <cstdint>
@@ -11,28 +12,30 @@
 
 namespace tarnwick {
 
-// The well-known names on a bus by the processes that own them, as the bus daemon tells. Follows
-// them as they come and go; answers from memory.
+// The well-known names on a bus by the processes that own them, as the bus daemon tells. Answers
+// from memory; does not follow the names, which would wake this process for every client of the
+// bus.
 class BusNames : public QObject {
-  Q_OBJECT
-
  public:
   // `changed` is called when of() may answer otherwise.
   BusNames(const QDBusConnection& bus, std::function<void()> changed);
 
+  // Asks the daemon anew; the answer comes later.
+  void refresh();
+
   std::vector<std::string> of(std::int32_t pid) const;
 
- private slots:
-  void onOwnerChanged(const QString& name, const QString& before, const QString& now);
-
  private:
+  void listNames();
   void ask(const QString& name);
+  void call(const QDBusMessage& message, std::function<void(const QDBusMessage&)> answered);
 
   QDBusConnection bus_;
   const std::function<void()> changed_;
   std::map<QString, std::int32_t> owners_;
-  // Names whose owner the daemon is being asked for; true for one that has changed hands since.
-  std::map<QString, bool> asked_;
+  std::map<QString, std::int32_t> found_;  // by the round of questions under way
+  int open_ = 0;                           // its questions without an answer
+  bool again_ = false;                     // another is wanted
 };
 
 }  // namespace tarnwick
