@@ -13,17 +13,17 @@ void OpeningPress::watch(QMenu& menu) {
 }
 
 bool OpeningPress::eventFilter(QObject*, QEvent* event) {
-  const auto* const mouse = static_cast<QMouseEvent*>(event);
+  const auto mouse = [event]() -> const QMouseEvent& { return *static_cast<QMouseEvent*>(event); };
   switch (event->type()) {
     case QEvent::MouseButtonDblClick:
-      if (!anyPress_ && isInside(*mouse)) return true;
+      if (!anyPress_ && isInside(mouse())) return true;
       [[fallthrough]];
     case QEvent::MouseButtonPress:
       anyPress_ = true;
-      pressed_ |= mouse->button();
+      pressed_ |= mouse().button();
       return false;
     case QEvent::MouseButtonRelease:
-      return !pressed_.testFlag(mouse->button());
+      return !pressed_.testFlag(mouse().button());
     default:
       return false;
   }
