@@ -74,7 +74,7 @@ std::vector<std::uint32_t> numbersOf(const QString& name, std::uint32_t window,
   const QByteArray bytes =
       propertyOf(display.connection.get(), window == 0 ? display.screen->root : window, property);
   std::vector<std::uint32_t> numbers(static_cast<std::size_t>(bytes.size()) / 4);
-  memcpy(numbers.data(), bytes.constData(), numbers.size() * 4);
+  if (!numbers.empty()) memcpy(numbers.data(), bytes.constData(), numbers.size() * 4);
   return numbers;
 }
 
